@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <set>
+
+#include <KivBase/Allocator.h>
+#include <KivGenerics/Node.h>
+
+namespace KivGenerics {
+
+/// Ascending; NaN is one element after every number, -0.0 and 0.0 are one element.
+struct DoubleOrder {
+    bool operator()(double left, double right) const noexcept {
+        return left < right || (left == left && right != right);
+    }
+};
+
+/// A leaf that holds a sorted set of distinct 64-bit floating-point numbers; empty when new. The elements live in the forest's memory.
+///
+/// Set, Add and Remove change the set even in a read-only tree; Clear, Populate and MergeWith do not.
+class KIV_GENERICS_EXPORT DoubleSet final : public Node {
+public:
+    using Node::Remove;
+    using Node::WriteToArchive;
+
+    static constexpr NodeType StaticType = NodeTypeDoubleSet;
+
+    using Elements = std::set<double, DoubleOrder, KivBase::Allocator<double>>;
+
+    /// Replaces what the caller's set holds by a copy of every element. Throws std::bad_alloc.
+    void Get(Elements& elements) const;
+    /// Replaces all elements; the node's own set may be passed. Throws std::bad_alloc and keeps the old elements then.
+    void Set(const Elements& elements);
+    int Count() const noexcept { return static_cast<int>(elements_.size()); }
+    /// An element already present changes nothing. Throws std::bad_alloc.
+    void Add(const double& element);
+    /// An absent element changes nothing.
+    void Remove(const double& element);
+    bool Exists(const double& element) const;
+    /// Copies the element at a zero-based position in ascending order; O(index). Throws Exception when there is none.
+    void Item(int index, double& element) const;
+
+    int Compare(Node* other, EnumOrvGenericsTemporality t, bool recalc) override;
+    void Clear() override;
+    /// As Populate(Node*).
+    void Populate(DoubleSet* other) { Populate(static_cast<Node*>(other)); }
+    void Populate(Node* other) override;
+    bool MergeWith(Node* other, bool flag) override;
+    std::int32_t WriteToArchive(KivCOMShared::COrvWriteArchive* archive, bool withTransient) override;
+    std::int32_t ReadFromArchive(ArchiveDecoder& decoder, bool longCount) override;
+    std::int32_t SizeDefnArchive(KivCOMShared::COrvSizeArchive* sizer, bool withTransient) override;
+    VisitCode Visit(Visitor* visitor, bool postOrder) override;
+
+protected:
+    VisitCode IterateInner(Visitor* visitor, SemanticTag tag, int flags) override;
+
+private:
+    friend class TreeImpl;
+    friend struct NodeAccess;
+
+    explicit DoubleSet(TreeImpl* tree) noexcept;
+    DoubleSet(TreeImpl* tree, Composite* parent, int index) noexcept;
+
+    static void hSwap(Elements& destination, const Elements& source);
+
+    Elements elements_;
+};
+
+}  // namespace KivGenerics

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <set>
+
+#include <KivBase/Allocator.h>
+#include <KivGenerics/Node.h>
+
+namespace KivGenerics {
+
+/// A leaf that holds a sorted set of distinct signed 32-bit numbers; empty when new. The elements live in the forest's memory.
+///
+/// Set, Add and Remove change the set even in a read-only tree; Clear, Populate and MergeWith do not.
+class KIV_GENERICS_EXPORT IntegerSet final : public Node {
+public:
+    using Node::Remove;
+    using Node::WriteToArchive;
+
+    static constexpr NodeType StaticType = NodeTypeIntegerSet;
+
+    using Elements = std::set<std::int32_t, std::less<std::int32_t>, KivBase::Allocator<std::int32_t>>;
+
+    /// Replaces what the caller's set holds by a copy of every element. Throws std::bad_alloc.
+    void Get(Elements& elements) const;
+    /// Replaces all elements; the node's own set may be passed. Throws std::bad_alloc and keeps the old elements then.
+    void Set(const Elements& elements);
+    int Count() const noexcept { return static_cast<int>(elements_.size()); }
+    /// An element already present changes nothing. Throws std::bad_alloc.
+    void Add(const std::int32_t& element);
+    /// An absent element changes nothing.
+    void Remove(const std::int32_t& element);
+    bool Exists(const std::int32_t& element) const;
+    /// Copies the element at a zero-based position in ascending order; O(index). Throws Exception when there is none.
+    void Item(int index, std::int32_t& element) const;
+
+    int Compare(Node* other, EnumOrvGenericsTemporality t, bool recalc) override;
+    void Clear() override;
+    /// As Populate(Node*).
+    void Populate(IntegerSet* other) { Populate(static_cast<Node*>(other)); }
+    void Populate(Node* other) override;
+    bool MergeWith(Node* other, bool flag) override;
+    std::int32_t WriteToArchive(KivCOMShared::COrvWriteArchive* archive, bool withTransient) override;
+    std::int32_t ReadFromArchive(ArchiveDecoder& decoder, bool longCount) override;
+    std::int32_t SizeDefnArchive(KivCOMShared::COrvSizeArchive* sizer, bool withTransient) override;
+    VisitCode Visit(Visitor* visitor, bool postOrder) override;
+
+protected:
+    VisitCode IterateInner(Visitor* visitor, SemanticTag tag, int flags) override;
+
+private:
+    friend class TreeImpl;
+    friend struct NodeAccess;
+
+    explicit IntegerSet(TreeImpl* tree) noexcept;
+    IntegerSet(TreeImpl* tree, Composite* parent, int index) noexcept;
+
+    static void hSwap(Elements& destination, const Elements& source);
+
+    Elements elements_;
+};
+
+}  // namespace KivGenerics

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+
+#include <KivGenerics/Composite.h>
+
+namespace KivGenerics {
+
+/// Children at integer indexes from 0 to 0x1FFFFFFF, with a semantic tag.
+///
+/// The tag a map is made with fixes the number of its fixed slots, 1 to 16; children at higher indexes live in an ordered
+/// overflow store that is made on first need and stays.
+///
+/// Lives in:   the forest of its tree; so do its children and its overflow store.
+/// Dies with:  the forest.
+/// Threads:    one thread at a time for all trees of a forest.
+/// On failure: throws Exception before anything is changed, unless an operation says otherwise.
+/// Cost:       a slot index O(1); any other O(log children in the overflow store).
+class KIV_GENERICS_EXPORT Map : public Composite {
+public:
+    using Composite::Detach;
+    using Composite::Remove;
+
+    static constexpr NodeType StaticType = NodeTypeMap;
+
+    // Copies take the node's own fields and the tag, and no child: deep copies go through Populate.
+    Map(const Map&) = default;
+    Map(Map&&) = default;
+    Map& operator=(const Map&) = default;
+    Map& operator=(Map&&) = default;
+
+    SemanticTag GetSemanticTag() const override { return tag_; }
+    void Populate(Node* other) override;
+    VisitCode Visit(Visitor* visitor, bool postOrder) override;
+
+    /// Stores the tag; the number of fixed slots stays.
+    void SetSemanticTag(SemanticTag tag);
+    /// GetSemanticTag without the virtual call.
+    SemanticTag GetSemanticTagNV() const noexcept { return tag_; }
+    /// Always 0.
+    int GetHash(bool flag) const noexcept;
+
+protected:
+    void Reset() override;
+
+    explicit Map(TreeImpl* tree) noexcept : Composite(tree, StaticType) {}
+    Map(TreeImpl* tree, Composite* parent, int index) noexcept : Composite(tree, parent, index, StaticType) {}
+    ~Map() = default;
+
+    /// Throws Exception for an index outside 0 to 0x1FFFFFFF.
+    static void CheckIndex(int index);
+
+    // Continues the order of the virtual operations after Composite's.
+    virtual void hInsertNode(int index, Node* node) = 0;
+    virtual void hPopulateChildren(Node* other, bool keepExisting) = 0;
+
+public:
+    /// The number of fixed slots.
+    virtual int GetSlotCount() const = 0;
+    /// True when the overflow store exists, empty or not.
+    virtual bool HasOverflow() const = 0;
+
+private:
+    friend class Composite;
+    friend class TreeImpl;
+    friend struct NodeAccess;
+    template <int N>
+    friend class MapImpl;
+
+    SemanticTag tag_ = SemanticTagDefault;
+};
+
+}  // namespace KivGenerics

@@ -1,0 +1,166 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include <KivBase/ReturnPtr.h>
+#include <KivBase/ReturnPtrI.h>
+#include <KivBase/WString.h>
+#include <KivGenerics/Export.h>
+#include <KivGenerics/Forward.h>
+#include <KivGenerics/NodeType.h>
+#include <KivGenerics/SemanticTag.h>
+#include <KivGenerics/Temporality.h>
+#include <KivGenerics/VisitCode.h>
+
+namespace KivGenerics {
+
+/// An element of a tree: the base of every kind.
+///
+/// Lives in:   the forest of its tree; made by the tree or by a composite, never by `new`.
+/// Dies with:  the forest. A node that is removed is reset and may be handed out again.
+/// Threads:    one thread at a time for all trees of a forest.
+/// On failure: misuse throws Exception before anything is changed; a change of a read-only tree throws
+///             ReadOnlyException. Only the tree's change count has moved when a later check of the operation fails.
+class KIV_GENERICS_EXPORT Node {
+public:
+    // A copy is a free-standing duplicate: it names the source's tree, parent and index, but no parent knows it.
+    Node(const Node&) = default;
+    Node(Node&&) = default;
+    Node& operator=(const Node&) = default;
+    Node& operator=(Node&&) = default;
+
+    // The order of the virtual operations is part of the interface.
+
+    /// Fills `key` with the node's index path, root first, each index followed by ':'; empty for a root.
+    /// Tree::FindNodeByKey walks it back.
+    virtual void GetKey(KivBase::WString& key) const;
+    /// The same with the semantic tags of the path, in hexadecimal.
+    virtual void GetSemanticTagKey(KivBase::WString& key) const;
+    /// The same with the texts that the host's resource bundle has for these tags in `language` (its low 16 bits).
+    virtual void GetHumanReadableKey(int language, KivBase::WString& key) const;
+    /// Null for a root and for a node that was taken out.
+    virtual Composite* GetParent() const;
+    /// True when the node has no parent.
+    virtual bool IsRoot() const;
+    /// A counted handle to the owning tree.
+    virtual KivBase::ReturnPtrI<Tree> GetTree() const;
+    /// A map's tag; SemanticTagDefault for every other kind.
+    virtual SemanticTag GetSemanticTag() const;
+    /// The effective temporality: the greatest of the node's own derived value and those of its ancestors.
+    /// Calculated on demand; O(depth).
+    virtual EnumOrvGenericsTemporality GetDerivedTemporality();
+    /// Orders this node against `other`: negative, 0 or positive. A node more transient than `t` equals anything; then
+    /// semantic tags decide, then kinds, then content. `recalc` first brings the temporalities of both trees up to date.
+    /// Throws Exception for null.
+    virtual int Compare(Node* other, EnumOrvGenericsTemporality t, bool recalc);
+    /// Brings the content back to that of a new node; children are removed. Temporality stays.
+    virtual void Clear() = 0;
+    /// Removes the node from its parent, with everything below it; a root empties its tree. The node is reset and may be
+    /// handed out again: the caller must not use it afterwards.
+    virtual void Remove();
+    /// Takes the node out of its parent and returns it, content and all; a node without parent is returned as it is. It can be
+    /// placed again with Composite::Move or Tree::SetRoot.
+    virtual Node* Detach();
+    /// Copies content and own temporality from a node of the same kind, which may belong to another tree; children are
+    /// copied deeply. Throws Exception for null or another kind. A failure below leaves the children copied so far.
+    virtual void Populate(Node* source);
+    /// Merges a node of the same kind into this one: leaves keep their value, missing children are copied in. False when
+    /// values, tags or temporalities conflict. `flag` is passed on and consulted by no kind. Throws Exception for null or
+    /// another kind.
+    virtual bool MergeWith(Node* other, bool flag) = 0;
+    /// Writes a tree's root; only maps can, every other kind answers ResultNotImplemented.
+    virtual std::int32_t WriteToArchive(KivCOMShared::COrvWriteArchive* archive, bool withTransient, int slotFlags);
+    /// Writes the node and everything below it that is persistent, or also what is transient. Returns 0 or the archive's
+    /// first failure.
+    virtual std::int32_t WriteToArchive(KivCOMShared::COrvWriteArchive* archive, bool withTransient) = 0;
+    /// Reads into this new node what WriteToArchive wrote. Returns 0 or the archive's first failure.
+    virtual std::int32_t ReadFromArchive(ArchiveDecoder& decoder, bool longCount) = 0;
+    /// Adds what WriteToArchive would write to the sizer's totals. Returns 0.
+    virtual std::int32_t SizeDefnArchive(KivCOMShared::COrvSizeArchive* sizer, bool withTransient) = 0;
+    /// Shows just this node to the visitor and returns its answer; a leaf's second visit is VisitContinue at once.
+    virtual VisitCode Visit(Visitor* visitor, bool postOrder) = 0;
+    /// A breadth-first walk over this node and everything below it. Throws std::bad_alloc.
+    virtual KivBase::ReturnPtr<Iterator, KivBase::DeleteC<Iterator>> GetIterator();
+
+protected:
+    /// One step of Iterate: `flags` are complete.
+    virtual VisitCode IterateInner(Visitor* visitor, SemanticTag tag, int flags) = 0;
+
+public:
+    /// Calculates, stores and returns the derived temporality of this node and everything below it.
+    virtual EnumOrvGenericsTemporality CalculateDerivedTemporality();
+
+protected:
+    /// Brings the node back to the state of a new one without parent, for reuse.
+    virtual void Reset();
+
+private:
+    virtual void SetDerivedTemporality(EnumOrvGenericsTemporality t);
+
+public:
+    NodeType GetType() const noexcept { return type_; }
+    /// The position in the parent; -1 for a node without one.
+    int GetIndex() const noexcept { return index_; }
+    /// The node's own setting.
+    EnumOrvGenericsTemporality GetTemporality() const noexcept { return temporality_; }
+    /// Stores what it is given; a value outside 0..4 hides the node from every walk.
+    void SetTemporality(EnumOrvGenericsTemporality t);
+    /// True when the derived temporality, as stored, is not above `t`; for visitors.
+    bool ShouldVisit(EnumOrvGenericsTemporality t) const noexcept { return derivedTemporality_ <= t; }
+    /// Walks this node and what is below it depth first and shows to the visitor what `flags` (IterateFlags.h) admit;
+    /// with a tag other than 0 and 1 only maps of that tag. Does nothing without a visitor.
+    void Iterate(Visitor* visitor, SemanticTag tag, int flags);
+
+protected:
+    Node(TreeImpl* tree, NodeType type) noexcept
+        : tree_(tree), type_(type), temporality_(TemporalityDefault), derivedTemporality_(TemporalityDefault) {}
+    Node(TreeImpl* tree, Composite* parent, int index, NodeType type) noexcept
+        : tree_(tree),
+          type_(type),
+          temporality_(TemporalityDefault),
+          derivedTemporality_(TemporalityDefault),
+          index_(index),
+          parent_(parent) {}
+    // Nodes are never destroyed through a base: their memory goes with the forest.
+    ~Node() = default;
+
+    /// The modification guard: throws ReadOnlyException on a read-only tree, else counts the change.
+    void CheckReadOnly() const;
+    /// The shared first steps of every MergeWith: guard, argument checks and the reconciliation of the own temporalities.
+    /// False when two set temporalities conflict; the other's wins. The flag is not read.
+    bool MergeWithChecks(Node* other, bool flag);
+    /// The derived temporality, calculated first when it has not been; ancestors are not asked.
+    EnumOrvGenericsTemporality DerivedValue() {
+        return derivedTemporality_ == TemporalityDefault ? CalculateDerivedTemporality() : derivedTemporality_;
+    }
+
+    /// By temporality: the iteration flags that make a node of that temporality visible.
+    static const std::uint32_t gcSeeTemporalityBits[5];
+
+private:
+    friend class Composite;
+    friend class ForestImpl;
+    friend class Map;
+    friend class TreeImpl;
+    friend class Vector;
+    friend struct NodeAccess;
+    template <int N>
+    friend class MapImpl;
+
+    int GetDefaultIterateFlags(int flags, SemanticTag tag) const noexcept;
+    void GenerateKey(std::vector<int>& path) const;
+    void GenerateSemanticTagKey(std::vector<int>& path) const;
+    void CheckPopulate(const Node* source) const;
+    void SetIndex(int index) noexcept { index_ = index; }
+    void SetParent(Composite* parent) noexcept { parent_ = parent; }
+
+    TreeImpl* tree_;
+    NodeType type_;
+    EnumOrvGenericsTemporality temporality_;
+    EnumOrvGenericsTemporality derivedTemporality_;
+    std::int32_t index_ = -1;
+    Composite* parent_ = nullptr;
+};
+
+}  // namespace KivGenerics

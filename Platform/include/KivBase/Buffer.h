@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <utility>
+
+#include <KivBase/Export.h>
+
+namespace KivBase {
+
+/// A region of memory: many allocations, one release of everything.
+///
+/// Threads:    one thread at a time.
+/// On failure: Allocate throws std::bad_alloc; a host's own buffer may answer null instead. Nothing is changed then.
+class Buffer {
+public:
+    virtual ~Buffer() = default;
+
+    /// Memory of `size` bytes aligned to `alignment`, a power of two. Valid until it is freed or the buffer goes.
+    virtual void* Allocate(std::size_t size, std::size_t alignment) = 0;
+
+    /// Bytes reserved from the system.
+    virtual std::size_t BytesReserved() const = 0;
+
+    /// Bytes handed out and not given back.
+    virtual std::size_t BytesInUse() const = 0;
+
+    /// Gives back what Allocate(size, alignment) returned, for reuse by later calls of about that size.
+    /// Null is ignored. `size` and `alignment` must be those of the allocation.
+    virtual void Free(void* memory, std::size_t size, std::size_t alignment) noexcept = 0;
+
+protected:
+    Buffer() = default;
+    Buffer(const Buffer&) = delete;
+    Buffer& operator=(const Buffer&) = delete;
+};
+
+/// Makes a buffer, owned by the caller, who deletes it.
+///
+/// `blockSize` is the number of bytes that one request to the system brings; requests too large for a block are served
+/// apart. The first two arguments and the last are reserved for hosts and ignored here. Throws std::bad_alloc.
+KIV_PLATFORM_EXPORT Buffer* CreateBuffer(int reserved1, int reserved2, std::int32_t blockSize, bool reserved3);
+
+/// What makes the buffers that CreateBuffer returns.
+using BufferFactory = Buffer* (*)(int, int, std::int32_t, bool);
+
+/// Sends every later CreateBuffer to `factory`; null brings the default back. Returns the factory that stood before, null
+/// for the default. Threads: any, but a factory must stand before the threads that rely on it start.
+KIV_PLATFORM_EXPORT BufferFactory SetBufferFactory(BufferFactory factory) noexcept;
+
+/// What CreateBuffer does when no factory is set; for factories that wrap it.
+KIV_PLATFORM_EXPORT Buffer* CreateDefaultBuffer(int reserved1, int reserved2, std::int32_t blockSize, bool reserved3);
+
+/// Where a placement `new` puts its object; the matching `delete` needs the size again, so it travels with the place.
+struct Place {
+    Buffer& buffer;
+    std::size_t size;
+    std::size_t alignment;
+};
+
+/// The place for one T in a buffer: `new (KivBase::In<T>(buffer)) T(...)`.
+template <class T>
+Place In(Buffer& buffer) noexcept {
+    return {buffer, sizeof(T), alignof(T)};
+}
+
+}  // namespace KivBase
+
+/// Placement allocation from a buffer; std::bad_alloc also where a host's buffer answers null.
+inline void* operator new(std::size_t, const KivBase::Place& place) {
+    void* const memory = place.buffer.Allocate(place.size, place.alignment);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
+
+/// The matching delete, called when the constructor throws: the memory goes back to the buffer.
+inline void operator delete(void* memory, const KivBase::Place& place) noexcept {
+    place.buffer.Free(memory, place.size, place.alignment);
+}

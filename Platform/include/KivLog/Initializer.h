@@ -1,0 +1,15 @@
+#pragma once
+
+#include <KivBase/Export.h>
+#include <KivBase/NoCopy.h>
+
+namespace KivLog {
+
+/// Keeps the log running while at least one exists.
+class KIV_PLATFORM_EXPORT Initializer : private KivBase::NoCopy {
+public:
+    Initializer();
+    ~Initializer();
+};
+
+}  // namespace KivLog
