@@ -56,6 +56,7 @@ protected:
 
 private:
     friend class Map;
+    friend class Node;
     friend class TreeImpl;
     friend class Vector;
     friend struct NodeAccess;
@@ -64,7 +65,10 @@ private:
     class CopyVisitor;
     class MergeVisitor;
 
+    const Node* FindStepBelow(const Composite* ancestor) const noexcept;
     void CheckNotInside(const Composite* source) const;
+    static void PopulateNested(Node* target, Node* source);
+    static bool MergeNested(Node* target, Node* other, bool flag);
 };
 
 }  // namespace KivGenerics

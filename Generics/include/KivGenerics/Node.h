@@ -24,6 +24,7 @@ namespace KivGenerics {
 ///             ReadOnlyException. Only the tree's change count has moved when a later check of the operation fails.
 class KIV_GENERICS_EXPORT Node {
 public:
+    // kept-on-purpose: copies-name-the-source
     // A copy is a free-standing duplicate: it names the source's tree, parent and index, but no parent knows it.
     Node(const Node&) = default;
     Node(Node&&) = default;
@@ -37,7 +38,8 @@ public:
     virtual void GetKey(KivBase::WString& key) const;
     /// The same with the semantic tags of the path, in hexadecimal.
     virtual void GetSemanticTagKey(KivBase::WString& key) const;
-    /// The same with the texts that the host's resource bundle has for these tags in `language` (its low 16 bits).
+    /// The same with the texts that the host's resource bundle has for these tags in `language` (its low 16 bits). What
+    /// stands in `key` when the bundle throws is the path up to there.
     virtual void GetHumanReadableKey(int language, KivBase::WString& key) const;
     /// Null for a root and for a node that was taken out.
     virtual Composite* GetParent() const;
@@ -80,7 +82,7 @@ public:
     virtual std::int32_t SizeDefnArchive(KivCOMShared::COrvSizeArchive* sizer, bool withTransient) = 0;
     /// Shows just this node to the visitor and returns its answer; a leaf's second visit is VisitContinue at once.
     virtual VisitCode Visit(Visitor* visitor, bool postOrder) = 0;
-    /// A breadth-first walk over this node and everything below it. Throws std::bad_alloc.
+    /// A breadth-first walk over this node and everything below it; empty when there is no memory for it.
     virtual KivBase::ReturnPtr<Iterator, KivBase::DeleteC<Iterator>> GetIterator();
 
 protected:
@@ -99,11 +101,13 @@ private:
     virtual void SetDerivedTemporality(EnumOrvGenericsTemporality t);
 
 public:
-    NodeType GetType() const noexcept { return type_; }
+    NodeType GetType() const noexcept { return static_cast<NodeType>(type_); }
     /// The position in the parent; -1 for a node without one.
     int GetIndex() const noexcept { return index_; }
     /// The node's own setting.
-    EnumOrvGenericsTemporality GetTemporality() const noexcept { return temporality_; }
+    EnumOrvGenericsTemporality GetTemporality() const noexcept {
+        return static_cast<EnumOrvGenericsTemporality>(temporality_);
+    }
     /// Stores what it is given; a value outside 0..4 hides the node from every walk.
     void SetTemporality(EnumOrvGenericsTemporality t);
     /// True when the derived temporality, as stored, is not above `t`; for visitors.
@@ -113,15 +117,9 @@ public:
     void Iterate(Visitor* visitor, SemanticTag tag, int flags);
 
 protected:
-    Node(TreeImpl* tree, NodeType type) noexcept
-        : tree_(tree), type_(type), temporality_(TemporalityDefault), derivedTemporality_(TemporalityDefault) {}
+    Node(TreeImpl* tree, NodeType type) noexcept : tree_(tree), type_(static_cast<std::int8_t>(type)) {}
     Node(TreeImpl* tree, Composite* parent, int index, NodeType type) noexcept
-        : tree_(tree),
-          type_(type),
-          temporality_(TemporalityDefault),
-          derivedTemporality_(TemporalityDefault),
-          index_(index),
-          parent_(parent) {}
+        : tree_(tree), type_(static_cast<std::int8_t>(type)), index_(index), parent_(parent) {}
     // Nodes are never destroyed through a base: their memory goes with the forest.
     ~Node() = default;
 
@@ -132,7 +130,7 @@ protected:
     bool MergeWithChecks(Node* other, bool flag);
     /// The derived temporality, calculated first when it has not been; ancestors are not asked.
     EnumOrvGenericsTemporality DerivedValue() {
-        return derivedTemporality_ == TemporalityDefault ? CalculateDerivedTemporality() : derivedTemporality_;
+        return derivedTemporality_ == TemporalityDefault ? CalculateDerivedTemporality() : StoredDerived();
     }
 
     /// By temporality: the iteration flags that make a node of that temporality visible.
@@ -148,17 +146,24 @@ private:
     template <int N>
     friend class MapImpl;
 
+    EnumOrvGenericsTemporality StoredDerived() const noexcept {
+        return static_cast<EnumOrvGenericsTemporality>(derivedTemporality_);
+    }
     int GetDefaultIterateFlags(int flags, SemanticTag tag) const noexcept;
     void GenerateKey(std::vector<int>& path) const;
     void GenerateSemanticTagKey(std::vector<int>& path) const;
     void CheckPopulate(const Node* source) const;
+    void TakeTemporality(const Node& source) noexcept {
+        temporality_ = source.temporality_;
+        derivedTemporality_ = TemporalityDefault;
+    }
     void SetIndex(int index) noexcept { index_ = index; }
     void SetParent(Composite* parent) noexcept { parent_ = parent; }
 
     TreeImpl* tree_;
-    NodeType type_;
-    EnumOrvGenericsTemporality temporality_;
-    EnumOrvGenericsTemporality derivedTemporality_;
+    std::int8_t type_;
+    std::int8_t temporality_ = TemporalityDefault;
+    std::int8_t derivedTemporality_ = TemporalityDefault;
     std::int32_t index_ = -1;
     Composite* parent_ = nullptr;
 };

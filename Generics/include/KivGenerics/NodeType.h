@@ -4,8 +4,8 @@
 
 namespace KivGenerics {
 
-/// The twelve kinds of node. The numbers stand in saved files.
-enum NodeType : std::int8_t {
+/// The twelve kinds of node. The numbers stand in saved files. A node stores its kind in 8 bits.
+enum NodeType : std::int32_t {
     NodeTypeInteger = 1,
     NodeTypeGlobalID = 2,
     NodeTypeString = 3,

@@ -4,8 +4,8 @@
 
 namespace KivGenerics {
 
-/// How long a node is meant to live: an ordered scale, a larger value is more transient.
-enum EnumOrvGenericsTemporality : std::int8_t {
+/// How long a node is meant to live: an ordered scale, a larger value is more transient. A node stores it in 8 bits.
+enum EnumOrvGenericsTemporality : std::int32_t {
     /// The lowest value. A node of this own temporality is never visible to a walk.
     TemporalityReserved = 0,
     /// Initial value. As own temporality: a leaf counts as persistent, a composite takes its value from its children. As

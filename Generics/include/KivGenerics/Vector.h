@@ -99,7 +99,7 @@ private:
     void hInsertNode(int index, Node* node);
     void hClearNodes();
     void Renumber(std::size_t from) noexcept;
-    void CopyChildren(Vector* source);
+    void CopyChildren(Vector* source, const Node* forbidden);
     EnumOrvGenericsTemporality CalculateWithoutPush();
     void Push(EnumOrvGenericsTemporality t);
 

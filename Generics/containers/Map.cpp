@@ -1,0 +1,50 @@
+#include <KivGenerics/Map.h>
+
+#include "core/Raise.h"
+#include "core/Texts.h"
+#include "core/TreeImpl.h"
+
+namespace KivGenerics {
+namespace {
+
+constexpr std::uint32_t kGreatestIndex = 0x1FFFFFFF;
+
+}  // namespace
+
+void Map::CheckIndex(int index) {
+    if (static_cast<std::uint32_t>(index) > kGreatestIndex) {
+        Raise(Texts::IndexOutOfRange);
+    }
+}
+
+// kept-on-purpose: tag-kept-slots
+void Map::SetSemanticTag(SemanticTag tag) {
+    CheckReadOnly();
+    tag_ = tag;
+}
+
+// kept-on-purpose: map-hash-zero
+int Map::GetHash(bool) const noexcept {
+    return 0;
+}
+
+void Map::Reset() {
+    tag_ = SemanticTagDefault;
+    Node::Reset();
+}
+
+// From itself a map takes nothing. From one of its own descendants it takes what is left of it: the old children go first,
+// and the descendant with them.
+// kept-on-purpose: populate-releases-descendant
+void Map::Populate(Node* other) {
+    CheckPopulate(other);
+    if (other != this) {
+        CheckNotInside(static_cast<Map*>(other));
+    }
+    TakeTemporality(*other);
+    if (other != this) {
+        hPopulateChildren(other, false);
+    }
+}
+
+}  // namespace KivGenerics

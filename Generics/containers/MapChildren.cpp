@@ -1,0 +1,165 @@
+#include "containers/MapChildren.h"
+
+#include <algorithm>
+#include <new>
+
+#include "core/NodeAccess.h"
+#include "core/Raise.h"
+#include "core/Texts.h"
+#include "core/TreeImpl.h"
+
+namespace KivGenerics {
+namespace {
+
+TreeImpl& TreeOf(const MapChildren& children) noexcept {
+    return *NodeAccess::GetTree(children.map);
+}
+
+MapOverflow& NeedOverflow(const MapChildren& children) {
+    if (children.overflow == nullptr) {
+        KivBase::Buffer* const buffer = TreeOf(children).GetBuffer();
+        children.overflow = new (KivBase::In<MapOverflow>(*buffer)) MapOverflow(MapOverflow::allocator_type(buffer));
+    }
+    return *children.overflow;
+}
+
+// The place for a child at `index`, a slot or an entry of the overflow store; a new entry holds null.
+Node*& NeedPlace(const MapChildren& children, int index) {
+    return children.IsSlot(index) ? children.slots[index] : NeedOverflow(children)[index];
+}
+
+void ForgetEmptyPlace(const MapChildren& children, int index) noexcept {
+    if (!children.IsSlot(index) && children.overflow != nullptr) {
+        const auto entry = children.overflow->find(index);
+        if (entry != children.overflow->end() && entry->second == nullptr) {
+            children.overflow->erase(entry);
+        }
+    }
+}
+
+// Makes way for `node`, of kind `type`, where `old` stands. With keepOld, `old` becomes child 0 of `node`.
+void Displace(Node* old, Node* node, NodeType type, bool keepOld, TreeImpl& tree) {
+    if (!keepOld) {
+        tree.ReleaseNode(old);
+        return;
+    }
+    // kept-on-purpose: abandoned-new-node
+    if (!IsCompositeType(type)) {
+        Raise(Texts::CannotKeepOldNode);
+    }
+    // Its place in this map is about to be taken over whole, so it is not emptied: what could fail comes while `old` still
+    // stands there.
+    Composite* const parent = NodeAccess::GetParent(*old);
+    const int index = old->GetIndex();
+    NodeAccess::Place(*old, nullptr, -1);
+    try {
+        static_cast<Composite*>(node)->Move(0, old);
+    } catch (...) {
+        NodeAccess::Place(*old, parent, index);
+        throw;
+    }
+}
+
+}  // namespace
+
+int GetMapSize(const MapChildren& children, EnumOrvGenericsTemporality t) {
+    int size = 0;
+    children.ForEach([&](Node* child) {
+        size += t == TemporalityTemporary || NodeAccess::GetDerived(*child) <= t ? 1 : 0;
+        return true;
+    });
+    return size;
+}
+
+Node* GetNthInMap(const MapChildren& children, int n) {
+    Node* nth = nullptr;
+    auto left = static_cast<unsigned>(n);
+    children.ForEach([&](Node* child) {
+        nth = left == 0 ? child : nullptr;
+        return left-- != 0;
+    });
+    return nth;
+}
+
+Node* NewNodeInMap(const MapChildren& children, int index, NodeType type, bool keepOld, SemanticTag tag) {
+    TreeImpl& tree = TreeOf(children);
+    Node* const node = tree.CreateNode(type, &children.map, index, tag);
+    if (node == nullptr) {
+        return nullptr;
+    }
+    try {
+        Node*& place = NeedPlace(children, index);
+        if (place != nullptr) {
+            Displace(place, node, type, keepOld, tree);
+        }
+        place = node;
+    } catch (const std::bad_alloc&) {
+        tree.ReleaseNode(node);
+        throw;
+    }
+    node->SetTemporality(TemporalityPersistent);
+    return node;
+}
+
+// The place is made before the node leaves its old one, so that a failure loses nothing.
+void InsertIntoMap(const MapChildren& children, int index, Node* node) {
+    TreeImpl& tree = TreeOf(children);
+    tree.TestWritable();
+    NeedPlace(children, index);
+    try {
+        if (NodeAccess::GetParent(*node) != nullptr) {
+            TreeImpl::DetachFromParent(node);
+        } else {
+            tree.CheckReadOnly();
+        }
+    } catch (...) {
+        ForgetEmptyPlace(children, index);
+        throw;
+    }
+    NeedPlace(children, index) = node;
+    NodeAccess::Place(*node, &children.map, index);
+}
+
+Node* DetachFromMap(const MapChildren& children, int index) {
+    TreeOf(children).CheckReadOnly();
+    Node* node = nullptr;
+    if (children.IsSlot(index)) {
+        std::swap(node, children.slots[index]);
+    } else if (children.overflow != nullptr) {
+        const auto entry = children.overflow->find(index);
+        if (entry != children.overflow->end()) {
+            node = entry->second;
+            children.overflow->erase(entry);
+        }
+    }
+    if (node == nullptr) {
+        Raise(Texts::NothingToRemove);
+    }
+    NodeAccess::Place(*node, nullptr, -1);
+    return node;
+}
+
+void ReleaseMapChildren(const MapChildren& children) {
+    TreeImpl& tree = TreeOf(children);
+    children.ForEach([&](Node* child) {
+        tree.ReleaseNode(child);
+        return true;
+    });
+    std::fill_n(children.slots, children.slotCount, nullptr);
+    if (children.overflow != nullptr) {
+        children.overflow->clear();
+    }
+}
+
+EnumOrvGenericsTemporality CalculateMapTemporality(const MapChildren& children) {
+    EnumOrvGenericsTemporality least = TemporalityTemporary;  // kept-on-purpose: empty-composite-is-temporary
+    children.ForEach([&](Node* child) {
+        least = (std::min)(least, child->CalculateDerivedTemporality());
+        return true;
+    });
+    const EnumOrvGenericsTemporality own = children.map.GetTemporality();
+    NodeAccess::SetDerived(children.map, own == TemporalityDefault ? least : own);
+    return NodeAccess::GetStoredDerived(children.map);
+}
+
+}  // namespace KivGenerics

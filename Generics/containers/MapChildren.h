@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <utility>
+
+#include <KivBase/Allocator.h>
+#include <KivGenerics/Map.h>
+
+namespace KivGenerics {
+
+/// Children at indexes beyond the fixed slots, in ascending order, in the forest's memory.
+using MapOverflow = std::map<int, Node*, std::less<int>, KivBase::Allocator<std::pair<const int, Node*>>>;
+
+/// The children of a map whatever its number of slots: what the sixteen classes hand to the operations that they share.
+struct MapChildren {
+    Map& map;
+    Node** slots;
+    int slotCount;
+    MapOverflow*& overflow;
+
+    bool IsSlot(int index) const noexcept { return 0 <= index && index < slotCount; }
+
+    /// Calls `use(child)` for every child in index order until it answers false; false then.
+    template <class Use>
+    bool ForEach(Use use) const {
+        for (int i = 0; i < slotCount; ++i) {
+            if (slots[i] != nullptr && !use(slots[i])) {
+                return false;
+            }
+        }
+        if (overflow != nullptr) {
+            for (const auto& entry : *overflow) {
+                if (!use(entry.second)) {
+                    return false;
+                }
+            }
+        }
+        return true;
+    }
+};
+
+// Held by the containers themselves.
+int GetMapSize(const MapChildren& children, EnumOrvGenericsTemporality t);
+Node* GetNthInMap(const MapChildren& children, int n);
+Node* NewNodeInMap(const MapChildren& children, int index, NodeType type, bool keepOld, SemanticTag tag);
+void InsertIntoMap(const MapChildren& children, int index, Node* node);
+Node* DetachFromMap(const MapChildren& children, int index);
+void ReleaseMapChildren(const MapChildren& children);
+EnumOrvGenericsTemporality CalculateMapTemporality(const MapChildren& children);
+
+// Defined with the walks, comparisons and copies.
+VisitCode IterateMap(const MapChildren& children, Visitor* visitor, SemanticTag tag, int flags);
+int CompareMaps(const MapChildren& children, Node* other, EnumOrvGenericsTemporality t, bool recalc);
+void CopyMapChildren(const MapChildren& children, Node* other);
+
+// Defined with the archive encoding.
+std::int32_t WriteRootMap(const MapChildren& children, KivCOMShared::COrvWriteArchive* archive, bool withTransient,
+                          int slotFlags);
+std::int32_t WriteMap(const MapChildren& children, KivCOMShared::COrvWriteArchive* archive, bool withTransient);
+std::int32_t ReadMap(Map& map, ArchiveDecoder& decoder, bool longCount);
+std::int32_t SizeMap(const MapChildren& children, KivCOMShared::COrvSizeArchive* sizer, bool withTransient);
+
+}  // namespace KivGenerics

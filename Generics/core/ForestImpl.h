@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include <KivBase/Buffer.h>
+#include <KivBase/ReferenceCounted.h>
+#include <KivGenerics/Node.h>
+#include <KivGenerics/ObjectType.h>
+#include <KivSynch/AtomicLong.h>
+
+namespace KivGenerics {
+
+/// The memory of one or more trees, and the released nodes that wait in it to be handed out again.
+///
+/// Lives in:   the heap; counted by its trees.
+/// Dies with:  its last tree. All nodes go at once, with the buffer.
+/// Threads:    the count from any thread; everything else one thread at a time.
+class ForestImpl final : public KivBase::ReferenceCounted {
+public:
+    ~ForestImpl() override;
+    std::int32_t AddRef() override;
+    std::int32_t Release() override;
+    virtual std::size_t BufferQueryA() const;
+    virtual std::size_t BufferQueryB() const;
+
+    /// Throws std::bad_alloc when there is no buffer to be had.
+    explicit ForestImpl(EnumOrvObjectType type);
+
+    /// A waiting node that can serve as a new one of this kind and tag, taken off its list; null when there is none.
+    Node* TakeReusableNode(NodeType type, SemanticTag tag) noexcept;
+    /// Puts a node on the list of its kind. Its parent field is the link from now on.
+    void RecycleNode(Node* node) noexcept;
+
+    KivBase::Buffer& GetBuffer() const noexcept { return *buffer_; }
+
+private:
+    static constexpr int kTypes = 12;
+    static constexpr int kSlotCounts = 16;
+
+    Node* TakeReusableMap(SemanticTag tag) noexcept;
+
+    KivSynch::AtomicLong refCount_;
+    KivBase::Buffer* buffer_;
+    // Heads of lists that are linked through the parent field. A node that is released is reset right after it was put on
+    // its list, which clears the link: each list holds the node released last, and no other.
+    Node* freeByType_[kTypes] = {};               // by kind - 1; the place of maps stays empty
+    Node* freeMaps_[kSlotCounts] = {};            // by slot count - 1; without an overflow store
+    Node* freeMapsWithOverflow_[kSlotCounts] = {};  // by slot count - 1; with one
+    std::int32_t tag107Overflow_ = 0;             // 0 unknown, 1 maps of tag 107 come with an overflow store, 2 without
+};
+
+/// The block size of a forest's buffer, in bytes; see EnumOrvObjectType.
+std::int32_t GetBlockSize(EnumOrvObjectType type) noexcept;
+
+}  // namespace KivGenerics

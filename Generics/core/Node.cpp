@@ -1,0 +1,107 @@
+#include <KivGenerics/Node.h>
+
+#include <KivGenerics/Composite.h>
+#include <KivGenerics/ResultCode.h>
+
+#include "core/NodeAccess.h"
+#include "core/Raise.h"
+#include "core/Texts.h"
+#include "core/TreeImpl.h"
+
+namespace KivGenerics {
+
+const std::uint32_t Node::gcSeeTemporalityBits[5] = {
+    0x00000000,  // reserved: never visible
+    0x11000000,  // default: IterateSeeDefault, IterateUpToPersistent
+    0x21000000,  // persistent: IterateSeePersistent, IterateUpToPersistent
+    0x42000000,  // transient: IterateSeeTransient, IterateUpToTransient
+    0x84000000,  // temporary: IterateSeeTemporary, IterateUpToTemporary
+};
+
+Composite* Node::GetParent() const {
+    return parent_;
+}
+
+bool Node::IsRoot() const {
+    return parent_ == nullptr;
+}
+
+KivBase::ReturnPtrI<Tree> Node::GetTree() const {
+    tree_->AddRef();
+    return KivBase::ReturnPtrI<Tree>(tree_);
+}
+
+SemanticTag Node::GetSemanticTag() const {
+    return SemanticTagDefault;
+}
+
+void Node::CheckReadOnly() const {
+    tree_->CheckReadOnly();
+}
+
+void Node::SetTemporality(EnumOrvGenericsTemporality t) {
+    tree_->CheckReadOnly();
+    temporality_ = static_cast<std::int8_t>(t);
+    derivedTemporality_ = TemporalityDefault;
+}
+
+EnumOrvGenericsTemporality Node::CalculateDerivedTemporality() {
+    derivedTemporality_ = temporality_ == TemporalityDefault ? std::int8_t{TemporalityPersistent} : temporality_;
+    return StoredDerived();
+}
+
+// The greatest value on the way to the root. Calculating an ancestor may change what stands below it, since a vector
+// pushes its value into its elements: so first everything on the way is calculated, then it is read. A value of 4 ends
+// the way up, since nothing exceeds it.
+EnumOrvGenericsTemporality Node::GetDerivedTemporality() {
+    Node* last = this;
+    for (;;) {
+        last->DerivedValue();
+        if (last->parent_ == nullptr || last->derivedTemporality_ == TemporalityTemporary) {
+            break;
+        }
+        last = last->parent_;
+    }
+    EnumOrvGenericsTemporality effective = StoredDerived();
+    for (const Node* node = this; node != last;) {
+        node = node->parent_;
+        effective = node->StoredDerived() > effective ? node->StoredDerived() : effective;
+    }
+    return effective;
+}
+
+void Node::SetDerivedTemporality(EnumOrvGenericsTemporality t) {
+    derivedTemporality_ = static_cast<std::int8_t>(t);
+}
+
+void Node::Remove() {
+    tree_->CheckReadOnly();
+    if (parent_ != nullptr) {
+        parent_->Remove(index_);
+    } else if (tree_->GetRoot() == this) {
+        tree_->RemoveRoot();
+    } else {
+        // Free: taken out earlier, or never placed. It counts like a node that its parent removes.
+        tree_->CheckReadOnly();
+        tree_->ReleaseNode(this);
+    }
+}
+
+Node* Node::Detach() {
+    tree_->CheckReadOnly();
+    return parent_ != nullptr ? parent_->hDetach(index_) : this;
+}
+
+void Node::Reset() {
+    Clear();
+    parent_ = nullptr;
+    index_ = -1;
+    temporality_ = TemporalityDefault;
+    derivedTemporality_ = TemporalityDefault;
+}
+
+std::int32_t Node::WriteToArchive(KivCOMShared::COrvWriteArchive*, bool, int) {
+    return ResultNotImplemented;
+}
+
+}  // namespace KivGenerics

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+
+#include <KivGenerics/Composite.h>
+#include <KivGenerics/Node.h>
+
+namespace KivGenerics {
+
+/// The library's own door to what a node keeps private, for the operations that are not members of one class.
+struct NodeAccess {
+    static TreeImpl* GetTree(const Node& node) noexcept { return node.tree_; }
+    static Composite* GetParent(const Node& node) noexcept { return node.parent_; }
+
+    /// While a released node waits in its forest, its parent field links it to the next one.
+    static Node* GetLink(const Node& node) noexcept { return node.parent_; }
+    static void SetLink(Node& node, Node* next) noexcept { node.parent_ = static_cast<Composite*>(next); }
+
+    static void Place(Node& node, Composite* parent, int index) noexcept {
+        node.parent_ = parent;
+        node.index_ = index;
+    }
+
+    /// The derived temporality as it is stored.
+    static EnumOrvGenericsTemporality GetStoredDerived(const Node& node) noexcept { return node.StoredDerived(); }
+    /// The derived temporality, calculated first when it has not been; ancestors are not asked.
+    static EnumOrvGenericsTemporality GetDerived(Node& node) { return node.DerivedValue(); }
+    static void SetDerived(Node& node, EnumOrvGenericsTemporality t) noexcept {
+        node.derivedTemporality_ = static_cast<std::int8_t>(t);
+    }
+
+    /// The iteration flags that make a node of this temporality visible; none outside 0 to 4.
+    // kept-on-purpose: temporality-out-of-range
+    static std::uint32_t GetSeeBits(EnumOrvGenericsTemporality t) noexcept {
+        const auto row = static_cast<std::uint32_t>(t);
+        return row <= TemporalityTemporary ? Node::gcSeeTemporalityBits[row] : 0;
+    }
+    static bool Sees(int flags, EnumOrvGenericsTemporality t) noexcept {
+        return (GetSeeBits(t) & static_cast<std::uint32_t>(flags)) != 0;
+    }
+
+    static VisitCode IterateInner(Node& node, Visitor* visitor, SemanticTag tag, int flags) {
+        return node.IterateInner(visitor, tag, flags);
+    }
+    static void CopyChildren(Map& target, Map& source);
+    static bool MergeWithChecks(Node& node, Node* other, bool flag) { return node.MergeWithChecks(other, flag); }
+};
+
+}  // namespace KivGenerics

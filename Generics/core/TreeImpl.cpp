@@ -1,0 +1,247 @@
+#include "core/TreeImpl.h"
+
+#include <new>
+
+#include <KivGenerics/VisitorNode.h>
+
+#include "core/NodeAccess.h"
+#include "core/Texts.h"
+
+namespace KivGenerics {
+
+Tree::Tree(const Tree& other) : KivBase::ReferenceCounted(other) {}
+Tree& Tree::operator=(const Tree&) {
+    return *this;
+}
+Tree::~Tree() = default;
+
+/// Removes every visited node whose effective temporality is not persistent.
+class TreeImpl::ClearTemporary final : public VisitorNode {
+public:
+    // The walk comes to a node only after it has found every visible ancestor persistent, so nothing above the nearest one
+    // need be asked again: asking each node for its effective temporality would walk to the root once per node.
+    VisitCode VisitNode(Node* node, bool, NodeType) override {
+        EnumOrvGenericsTemporality effective = NodeAccess::GetDerived(*node);
+        const Node* above = NodeAccess::GetParent(*node);
+        for (; above != nullptr && NodeAccess::GetSeeBits(above->GetTemporality()) == 0;
+             above = NodeAccess::GetParent(*above)) {
+            effective = Greater(effective, NodeAccess::GetStoredDerived(*above));
+        }
+        if (above != nullptr) {
+            effective = Greater(effective, TemporalityPersistent);
+        }
+        return effective == TemporalityPersistent ? VisitContinue : VisitRemove;
+    }
+
+private:
+    static EnumOrvGenericsTemporality Greater(EnumOrvGenericsTemporality a, EnumOrvGenericsTemporality b) noexcept {
+        return a < b ? b : a;
+    }
+};
+
+TreeImpl::TreeImpl() : TreeImpl(EnumOrvObjectType(0)) {}
+
+TreeImpl::TreeImpl(EnumOrvObjectType type) {
+    try {
+        forest_ = new ForestImpl(type);
+        forest_->AddRef();
+    } catch (const std::bad_alloc&) {
+        forest_ = nullptr;
+    }
+}
+
+TreeImpl::TreeImpl(ForestImpl* forest) : forest_(forest) {
+    forest_->AddRef();
+}
+
+TreeImpl::~TreeImpl() {
+    if (forest_ != nullptr) {
+        forest_->Release();
+    }
+}
+
+std::int32_t TreeImpl::AddRef() {
+    return refCount_.Increment();
+}
+
+std::int32_t TreeImpl::Release() {
+    const std::int32_t count = refCount_.Decrement();
+    if (count == 0) {
+        delete this;
+    }
+    return count;
+}
+
+Node* TreeImpl::GetRoot() const {
+    return root_;
+}
+
+bool TreeImpl::IsEmpty() const {
+    return root_ == nullptr;
+}
+
+bool TreeImpl::IsReadOnly() const {
+    return readOnly_;
+}
+
+int TreeImpl::GetChangeCount() const {
+    return changeCount_;
+}
+
+// kept-on-purpose: root-not-recycled
+void TreeImpl::RemoveRoot() {
+    CheckReadOnly();
+    if (root_ != nullptr) {
+        root_->Clear();
+        root_ = nullptr;
+    }
+}
+
+void TreeImpl::ClearTemporaryNodes() {
+    CheckReadOnly();
+    if (root_ == nullptr) {
+        return;
+    }
+    UpdateDerivedTemporality();
+    ClearTemporary visitor;
+    root_->Iterate(&visitor, SemanticTagNone, 0x700000);
+}
+
+void TreeImpl::SetRoot(Node* node) {
+    CheckReadOnly();
+    if (node == nullptr || NodeAccess::GetTree(*node) != this) {
+        Raise(Texts::InvalidRoot);
+    }
+    // Detached first, so that a new root from inside the old one survives the clearing of what it came from.
+    Node* const root = DetachFromParent(node);
+    RemoveRoot();
+    root_ = root;
+}
+
+Node* TreeImpl::NewRoot(NodeType type, bool keepOld, SemanticTag tag) {
+    Node* const root = CreateNode(type, nullptr, -1, tag);
+    if (root == nullptr) {
+        return nullptr;
+    }
+    if (root_ != nullptr && keepOld) {
+        // kept-on-purpose: abandoned-new-node
+        if (!IsCompositeType(type)) {
+            Raise(Texts::CannotKeepOldRoot);
+        }
+        static_cast<Composite*>(root)->Move(0, root_);
+    } else if (root_ != nullptr) {
+        root_->Clear();
+    }
+    root_ = root;
+    return root;
+}
+
+Node* TreeImpl::CopyFromNode(Node* source) {
+    CheckReadOnly();
+    if (source == nullptr || NodeAccess::GetTree(*source) == this) {
+        Raise(Texts::InvalidSourceNode);
+    }
+    RemoveRoot();
+    Node* const root = NewRoot(source->GetType(), false, source->GetSemanticTag());
+    if (root != nullptr) {
+        root->Populate(source);
+    }
+    return root;
+}
+
+Node* TreeImpl::CopyFromTree(Tree* other) {
+    CheckReadOnly();
+    if (other == nullptr || other == this) {
+        Raise(Texts::InvalidSourceTree);
+    }
+    if (Node* const source = other->GetRoot()) {
+        CopyFromNode(source);
+    } else {
+        RemoveRoot();
+    }
+    return root_;
+}
+
+void TreeImpl::SetReadOnly() {
+    readOnly_ = true;
+}
+
+void TreeImpl::ResetChangeCount() {
+    CheckReadOnly();
+    changeCount_ = 0;
+}
+
+// Numbers wrap at 32 bits, so that no key can overflow them; ":" alone reads as "0:".
+// kept-on-purpose: find-key-needs-colon
+Node* TreeImpl::FindNodeByKey(const KivBase::WString& key) const {
+    Node* node = root_;
+    std::uint32_t number = 0;
+    for (std::size_t i = 0; i < key.size() && node != nullptr; ++i) {
+        const char16_t unit = key[i];
+        if (unit >= u'0' && unit <= u'9') {
+            number = number * 10U + static_cast<std::uint32_t>(unit - u'0');
+        } else if (unit == u':' && IsCompositeType(node->GetType())) {
+            node = static_cast<Composite*>(node)->Get(static_cast<std::int32_t>(number));
+            number = 0;
+        } else {
+            node = nullptr;
+        }
+    }
+    return node;
+}
+
+void TreeImpl::UpdateDerivedTemporality() {
+    if (root_ != nullptr && temporalityStale_) {
+        root_->CalculateDerivedTemporality();
+        temporalityStale_ = false;
+    }
+}
+
+std::size_t TreeImpl::BufferQueryA() const {
+    return forest_->BufferQueryA();
+}
+
+std::size_t TreeImpl::BufferQueryB() const {
+    return forest_->BufferQueryB();
+}
+
+KivBase::ReturnPtrI<Tree> TreeImpl::CreateTreeInForest() {
+    auto* const tree = new (std::nothrow) TreeImpl(forest_);
+    if (tree != nullptr) {
+        tree->AddRef();
+    }
+    return KivBase::ReturnPtrI<Tree>(tree);
+}
+
+void TreeImpl::ReleaseNode(Node* node) {
+    if (root_ == node) {
+        root_ = nullptr;
+    }
+    forest_->RecycleNode(node);
+    node->Reset();
+}
+
+Node* TreeImpl::DetachFromParent(Node* node) {
+    Composite* const parent = NodeAccess::GetParent(*node);
+    if (parent == nullptr) {
+        return node;
+    }
+    if (!IsCompositeType(parent->GetType())) {
+        Raise(Texts::ParentNotComposite);
+    }
+    return parent->hDetach(node->GetIndex());
+}
+
+KivBase::ReturnPtrI<Tree> CreateGenericTree(EnumOrvObjectType type) {
+    auto* tree = new (std::nothrow) TreeImpl(type);
+    if (tree != nullptr && tree->GetForest() == nullptr) {
+        delete tree;
+        tree = nullptr;
+    }
+    if (tree != nullptr) {
+        tree->AddRef();
+    }
+    return KivBase::ReturnPtrI<Tree>(tree);
+}
+
+}  // namespace KivGenerics

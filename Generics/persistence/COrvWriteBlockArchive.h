@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+
+#include <KivCOMShared/BlockWriteStream.h>
+#include <KivCOMShared/COrvWriteArchive.h>
+
+namespace KivGenerics {
+
+/// An archive over a host's stream: each operation is one call, or two, on it. Lives for one save.
+///
+/// On failure: what the stream answers, unchanged; ResultUnexpected without a stream.
+class COrvWriteBlockArchive final : public KivCOMShared::COrvWriteArchive {
+public:
+    /// Releases the stream.
+    ~COrvWriteBlockArchive() override;
+    std::int32_t WriteShort(std::uint16_t value) override;
+    std::int32_t WriteDouble(double value) override;
+    std::int32_t WriteGUID(const GUID& value) override;
+    std::int32_t WriteLong(std::int32_t value) override;
+    std::int32_t WriteInt64(std::int64_t value) override;
+    std::int32_t WriteWideString(const char16_t* units, std::uint32_t length) override;
+    std::int32_t WriteVariant(const VARIANT* value) override;
+    std::int32_t BeginObject(std::uint16_t tag) override;
+    std::int32_t EndObject() override;
+
+    /// Takes a reference on the stream, which may be null.
+    explicit COrvWriteBlockArchive(KivCOMShared::BlockWriteStream* stream);
+    COrvWriteBlockArchive(const COrvWriteBlockArchive&) = delete;
+    COrvWriteBlockArchive& operator=(const COrvWriteBlockArchive&) = delete;
+
+private:
+    KivCOMShared::BlockWriteStream* stream_;
+};
+
+}  // namespace KivGenerics

@@ -1,0 +1,69 @@
+// What every kind does first when it is copied into, merged with or compared.
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+#include <KivGenerics/Node.h>
+
+#include "core/NodeAccess.h"
+#include "core/Raise.h"
+#include "core/Texts.h"
+#include "core/TreeImpl.h"
+
+namespace KivGenerics {
+
+void Node::CheckPopulate(const Node* source) const {
+    tree_->CheckReadOnly();
+    if (source == nullptr) {
+        Raise(Texts::NullCopy);
+    }
+    if (source->type_ != type_) {
+        Raise(Texts::CopyOtherType);
+    }
+}
+
+void Node::Populate(Node* source) {
+    CheckPopulate(source);
+    TakeTemporality(*source);
+}
+
+// kept-on-purpose: merge-temporality-wins
+bool Node::MergeWithChecks(Node* other, bool) {
+    tree_->CheckReadOnly();
+    if (other == nullptr) {
+        Raise(Texts::NullMerge);
+    }
+    if (other->type_ != type_) {
+        Raise(Texts::MergeOtherType);
+    }
+    if (other->temporality_ == temporality_ || other->temporality_ == TemporalityDefault) {
+        return true;
+    }
+    const bool agreed = temporality_ == TemporalityDefault;
+    temporality_ = other->temporality_;
+    return agreed;
+}
+
+int Node::Compare(Node* other, EnumOrvGenericsTemporality t, bool recalc) {
+    if (other == nullptr) {
+        Raise(Texts::NullCompare);
+    }
+    if (recalc) {
+        tree_->UpdateDerivedTemporality();
+        other->tree_->UpdateDerivedTemporality();
+    }
+    if (DerivedValue() > t) {
+        return 0;
+    }
+    // Tags span all 32 bits, so their difference needs more.
+    const std::int64_t tags = std::int64_t{GetSemanticTag()} - std::int64_t{other->GetSemanticTag()};
+    if (tags != 0) {
+        constexpr std::int64_t kLeast = (std::numeric_limits<int>::min)();
+        constexpr std::int64_t kGreatest = (std::numeric_limits<int>::max)();
+        return static_cast<int>(std::clamp(tags, kLeast, kGreatest));
+    }
+    return type_ - other->type_;
+}
+
+}  // namespace KivGenerics

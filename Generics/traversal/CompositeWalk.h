@@ -1,0 +1,50 @@
+#pragma once
+
+#include <KivGenerics/IterateFlags.h>
+#include <KivGenerics/Visitor.h>
+
+#include "core/NodeAccess.h"
+
+namespace KivGenerics {
+
+inline constexpr int kUpToBits = IterateUpToPersistent | IterateUpToTransient | IterateUpToTemporary;
+inline constexpr int kSeeBits = IterateSeeDefault | IterateSeePersistent | IterateSeeTransient | IterateSeeTemporary;
+
+/// False when the flags restrict a walk to temporalities that a composite's derived one does not reach: it is skipped whole.
+inline bool MayEnter(const Composite& composite, int flags) noexcept {
+    return (flags & kUpToBits) == 0 || NodeAccess::Sees(flags, NodeAccess::GetStoredDerived(composite));
+}
+
+/// The flags for the children: what stood for the children now stands for the node itself, what stood for the deeper levels
+/// for its children.
+constexpr int GetChildFlags(int flags) noexcept {
+    int child = flags & ~(IterateSelf | IterateChildren);
+    child |= (flags & IterateChildren) != 0 ? IterateSelf : 0;
+    child |= (flags & IterateDeeper) != 0 ? IterateChildren : 0;
+    return child;
+}
+
+/// A composite's step of a walk. `show(postOrder)` shows the composite itself, `walkChildren(childFlags)` answers false
+/// when the walk stops.
+template <class Show, class WalkChildren>
+VisitCode WalkComposite(bool self, int flags, Show show, WalkChildren walkChildren) {
+    if (self && (flags & IteratePreOrder) != 0) {
+        const VisitCode code = show(false);
+        if (code == VisitSkipChildren) {
+            return VisitContinue;
+        }
+        if (code != VisitContinue) {
+            return code;
+        }
+    }
+    if ((flags & (IterateChildren | IterateDeeper)) != 0 && !walkChildren(GetChildFlags(flags))) {
+        return VisitStop;
+    }
+    if (self && (flags & IteratePostOrder) != 0) {
+        const VisitCode code = show(true);
+        return code == VisitSkipChildren ? VisitContinue : code;
+    }
+    return VisitContinue;
+}
+
+}  // namespace KivGenerics

@@ -1,0 +1,39 @@
+#include <KivGenerics/GlobalID.h>
+
+#include "core/TreeImpl.h"
+#include "values/LeafOperations.h"
+
+namespace KivGenerics {
+
+void GlobalID::Set(const GUID& value) {
+    NodeAccess::GetTree(*this)->CheckReadOnly();
+    value_ = value;
+}
+
+bool GlobalID::IsNull() const noexcept {
+    return KivBase::CompareGUID(value_, GUID{}) == 0;
+}
+
+void GlobalID::Clear() {
+    NodeAccess::GetTree(*this)->CheckReadOnly();
+    value_ = GUID{};
+}
+
+void GlobalID::Populate(Node* other) {
+    Node::Populate(other);
+    value_ = static_cast<GlobalID*>(other)->value_;
+}
+
+int GlobalID::Compare(Node* other, EnumOrvGenericsTemporality t, bool recalc) {
+    return CompareLeaf(*this, other, t, recalc, [&] {
+        const auto& theirs = static_cast<GlobalID*>(other)->value_;
+        return KivBase::CompareGUID(value_, theirs);
+    });
+}
+
+bool GlobalID::MergeWith(Node* other, bool flag) {
+    const bool agreed = MergeWithChecks(other, flag);
+    return agreed && KivBase::CompareGUID(value_, static_cast<GlobalID*>(other)->value_) == 0;
+}
+
+}  // namespace KivGenerics

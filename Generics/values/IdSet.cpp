@@ -1,0 +1,64 @@
+#include <KivGenerics/IdSet.h>
+
+#include "core/TreeImpl.h"
+#include "values/SetOperations.h"
+
+namespace KivGenerics {
+
+IdSet::IdSet(TreeImpl* tree) noexcept
+    : Node(tree, StaticType), elements_(Elements::allocator_type(tree->GetBuffer())) {}
+
+IdSet::IdSet(TreeImpl* tree, Composite* parent, int index) noexcept
+    : Node(tree, parent, index, StaticType), elements_(Elements::allocator_type(tree->GetBuffer())) {}
+
+// Exchanges nothing, despite its name: the destination becomes a copy of the source.
+void IdSet::hSwap(Elements& destination, const Elements& source) {
+    CopyElements(destination, source, [](const GUID& element) { return element; });
+}
+
+void IdSet::Get(Elements& elements) const {
+    hSwap(elements, elements_);
+}
+
+// kept-on-purpose: set-changes-unguarded
+void IdSet::Set(const Elements& elements) {
+    hSwap(elements_, elements);
+}
+
+void IdSet::Add(const GUID& element) {
+    elements_.insert(element);
+}
+
+void IdSet::Remove(const GUID& element) {
+    elements_.erase(element);
+}
+
+bool IdSet::Exists(const GUID& element) const {
+    return elements_.find(element) != elements_.end();
+}
+
+void IdSet::Item(int index, GUID& element) const {
+    element = ItemOf(elements_, index);
+}
+
+void IdSet::Clear() {
+    NodeAccess::GetTree(*this)->CheckReadOnly();
+    elements_.clear();
+}
+
+void IdSet::Populate(Node* other) {
+    Node::Populate(other);
+    hSwap(elements_, static_cast<IdSet*>(other)->elements_);
+}
+
+int IdSet::Compare(Node* other, EnumOrvGenericsTemporality t, bool recalc) {
+    return CompareLeaf(*this, other, t, recalc,
+                       [&] { return CompareElements(elements_, static_cast<IdSet*>(other)->elements_); });
+}
+
+bool IdSet::MergeWith(Node* other, bool flag) {
+    const bool agreed = MergeWithChecks(other, flag);
+    return agreed && EqualElements(elements_, static_cast<IdSet*>(other)->elements_);
+}
+
+}  // namespace KivGenerics
