@@ -11,7 +11,10 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
 
-add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+if(KIV_WARNINGS_ARE_ERRORS)
+  add_compile_options(-Werror)
+endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT WIN32)
   # Unique symbols would pin the library in the process: dlclose would never unload it.
   add_compile_options(-fno-gnu-unique)
@@ -25,10 +28,15 @@ if(KIV_COVERAGE)
   add_link_options(-fprofile-instr-generate)
 endif()
 
-# The soname and the file name's version, "libX.so.1"; on Windows the name is "X.dll".
+# A shared library of ours: the soname and the file name's version, "libX.so.1" (on Windows the name is "X.dll"), and
+# the version script `exports.map` of its folder, which keeps in what visibility does not hide: the instances of
+# standard templates.
 function(kiv_shared_library target)
   set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
   if(WIN32)
     set_target_properties(${target} PROPERTIES PREFIX "")
+  else()
+    target_link_options(${target} PRIVATE -Wl,--version-script=${CMAKE_CURRENT_SOURCE_DIR}/exports.map)
+    set_target_properties(${target} PROPERTIES LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/exports.map)
   endif()
 endfunction()

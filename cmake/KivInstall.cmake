@@ -1,0 +1,27 @@
+# What an installation holds: the three libraries, their headers, and what CMake and pkg-config need to find them.
+# Everything is found relative to where it lies, so that an installation can be moved.
+
+include(CMakePackageConfigHelpers)
+
+foreach(part Platform Generics Storage)
+  # The libraries find each other in the folder they lie in.
+  set_target_properties(Kiv${part} PROPERTIES EXPORT_NAME ${part} INSTALL_RPATH "$ORIGIN")
+  install(DIRECTORY ${part}/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
+endforeach()
+install(TARGETS KivPlatform KivGenerics KivStorage EXPORT KivGenericsTargets)
+
+set(packageFolder ${CMAKE_INSTALL_LIBDIR}/cmake/KivGenerics)
+install(EXPORT KivGenericsTargets NAMESPACE Kiv:: DESTINATION ${packageFolder})
+configure_package_config_file(cmake/KivGenericsConfig.cmake.in ${CMAKE_BINARY_DIR}/KivGenericsConfig.cmake
+  INSTALL_DESTINATION ${packageFolder})
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/KivGenericsConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${CMAKE_BINARY_DIR}/KivGenericsConfig.cmake ${CMAKE_BINARY_DIR}/KivGenericsConfigVersion.cmake
+  DESTINATION ${packageFolder})
+
+# Library folders lie one to three levels below the prefix.
+set(pkgConfigFolder ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
+file(RELATIVE_PATH prefixFromPkgConfig ${pkgConfigFolder} ${CMAKE_INSTALL_PREFIX})
+foreach(package KivGenerics KivStorage)
+  configure_file(cmake/${package}.pc.in ${CMAKE_BINARY_DIR}/${package}.pc @ONLY)
+  install(FILES ${CMAKE_BINARY_DIR}/${package}.pc DESTINATION ${pkgConfigFolder})
+endforeach()
