@@ -1,0 +1,165 @@
+#include "CostCheck.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstdio>
+#include <ctime>
+#include <functional>
+#include <vector>
+
+#include <KivGenerics/Iterator.h>
+#include <KivGenerics/IterateFlags.h>
+#include <KivGenerics/Node.h>
+#include <KivGenerics/VisitorNode.h>
+
+#include "Shapes.h"
+#include "WordArchive.h"
+
+using namespace KivGenerics;
+
+namespace {
+
+constexpr std::size_t kSmallTree = 10'000;
+constexpr std::size_t kAllNodes = 10'000'000;
+constexpr double kLimit = 1.5;
+constexpr int kRounds = 2;
+
+double GetCpuSeconds() {
+    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+class Sum final : public VisitorNode {
+public:
+    VisitCode VisitNode(Node* node, bool, NodeType type) override {
+        sum += static_cast<std::size_t>(type) + static_cast<std::size_t>(node->GetIndex());
+        return VisitContinue;
+    }
+    std::size_t sum = 0;
+};
+
+using Trees = std::vector<KivBase::ReturnPtrI<Tree>>;
+using Archives = std::vector<std::vector<std::uint32_t>>;
+
+/// The same number of nodes in all, in trees of one size. What small trees would gain by staying in the processor's cache
+/// they lose by their number: both sides touch the same amount of memory, and what remains is the cost of the tree's size.
+struct Forests {
+    Trees trees;
+    Trees copies;
+    Archives archives;
+};
+
+struct Step {
+    const char* name;
+    std::function<void(Forests&)> run;
+};
+
+void Save(Tree& tree, std::vector<std::uint32_t>& words) {
+    WordWriteArchive archive;
+    archive.words.reserve(words.capacity());
+    if (tree.SaveToArchive(&archive, true, 255) < 0) {
+        std::abort();
+    }
+    words.swap(archive.words);
+}
+
+void Load(Tree& tree, const std::vector<std::uint32_t>& words) {
+    WordReadArchive archive(words);
+    if (tree.LoadFromArchive(&archive) < 0) {
+        std::abort();
+    }
+}
+
+std::vector<Step> MakeSteps(Shape fill, std::size_t treeSize) {
+    const auto forEach = [](auto use) {
+        return [use](Forests& forests) {
+            for (std::size_t i = 0; i < forests.trees.size(); ++i) {
+                use(*forests.trees[i], forests, i);
+            }
+        };
+    };
+    return {
+        {"build", forEach([fill, treeSize](Tree& tree, Forests&, std::size_t) { fill(tree, treeSize); })},
+        {"walk", forEach([](Tree& tree, Forests&, std::size_t) {
+             Sum sum;
+             tree.GetRoot()->Iterate(&sum, SemanticTagNone, 0);
+         })},
+        {"breadth-first", forEach([](Tree& tree, Forests&, std::size_t) {
+             auto iterator = tree.GetRoot()->GetIterator();
+             while (iterator->Next() != nullptr) {
+             }
+         })},
+        {"update", forEach([](Tree& tree, Forests&, std::size_t) { tree.UpdateDerivedTemporality(); })},
+        {"copy", forEach([](Tree& tree, Forests& forests, std::size_t i) { forests.copies[i]->CopyFromTree(&tree); })},
+        {"compare", forEach([](Tree& tree, Forests& forests, std::size_t i) {
+             if (tree.GetRoot()->Compare(forests.copies[i]->GetRoot(), TemporalityTemporary, true) != 0) {
+                 std::abort();
+             }
+         })},
+        {"merge", forEach([](Tree& tree, Forests& forests, std::size_t i) {
+             if (!tree.GetRoot()->MergeWith(forests.copies[i]->GetRoot(), false)) {
+                 std::abort();
+             }
+         })},
+        {"save", forEach([](Tree& tree, Forests& forests, std::size_t i) { Save(tree, forests.archives[i]); })},
+        {"clear temporary", forEach([](Tree& tree, Forests&, std::size_t) { tree.ClearTemporaryNodes(); })},
+        {"clear", forEach([](Tree& tree, Forests& forests, std::size_t i) {
+             tree.RemoveRoot();
+             forests.copies[i]->RemoveRoot();
+         })},
+        {"load", forEach([](Tree& tree, Forests& forests, std::size_t i) { Load(tree, forests.archives[i]); })},
+    };
+}
+
+std::vector<double> Measure(Shape fill, std::size_t treeSize) {
+    const std::size_t treeCount = kAllNodes / treeSize;
+    Forests forests;
+    forests.archives.resize(treeCount);
+    for (std::size_t i = 0; i < treeCount; ++i) {
+        forests.trees.push_back(CreateGenericTree(EnumOrvObjectType(55)));
+        forests.copies.push_back(CreateGenericTree(EnumOrvObjectType(55)));
+    }
+    std::vector<double> seconds;
+    for (const Step& step : MakeSteps(fill, treeSize)) {
+        const double start = GetCpuSeconds();
+        step.run(forests);
+        seconds.push_back(GetCpuSeconds() - start);
+    }
+    return seconds;
+}
+
+/// The best of several rounds each, the two sizes in turn, so that a disturbance of the machine meets both.
+int CheckShape(const char* name, Shape fill) {
+    std::vector<double> small;
+    std::vector<double> large;
+    const auto keepBest = [](std::vector<double>& best, const std::vector<double>& seconds) {
+        best = best.empty() ? seconds : best;
+        for (std::size_t i = 0; i < best.size(); ++i) {
+            best[i] = (std::min)(best[i], seconds[i]);
+        }
+    };
+    for (int round = 0; round < kRounds; ++round) {
+        keepBest(small, Measure(fill, kSmallTree));
+        keepBest(large, Measure(fill, kAllNodes));
+    }
+    int broken = 0;
+    const std::vector<Step> steps = MakeSteps(fill, kSmallTree);
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+        const auto nanoseconds = [](double seconds) { return seconds * 1e9 / static_cast<double>(kAllNodes); };
+        // Below a nanosecond a node the clock's steps and the 1,000 calls of the small side are all there is to see.
+        const double ratio = (nanoseconds(large[i]) + 0.5) / (nanoseconds(small[i]) + 0.5);
+        broken += ratio > kLimit ? 1 : 0;
+        std::printf("%-10s %-16s %8.1f %8.1f %8.2f%s\n", name, steps[i].name, nanoseconds(small[i]),
+                    nanoseconds(large[i]), ratio, ratio > kLimit ? "  TOO HIGH" : "");
+    }
+    std::fflush(stdout);
+    return broken;
+}
+
+}  // namespace
+
+int CheckCosts() {
+    std::printf("Cost of a node in ns of CPU time, %zu nodes in all: in trees of %zu, in one tree, and the ratio (at most %.1f)\n",
+                kAllNodes, kSmallTree, kLimit);
+    return CheckShape("numbers", FillNumbers) + CheckShape("records", FillRecords) + CheckShape("sparse", FillSparse) +
+           CheckShape("nested", FillNested);
+}

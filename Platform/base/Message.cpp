@@ -1,0 +1,7 @@
+#include <KivBase/Message.h>
+
+namespace KivBase {
+
+Message::~Message() = default;
+
+}  // namespace KivBase

@@ -1,0 +1,5 @@
+#include <KivCOMShared/Variant.h>
+
+void VariantInit(VARIANT* variant) noexcept {
+    *variant = VARIANT{};
+}
