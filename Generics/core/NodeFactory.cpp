@@ -60,6 +60,8 @@ Node* TreeImpl::CreateNode(NodeType type, Composite* parent, int index, Semantic
         node->temporality_ = TemporalityDefault;
         node->derivedTemporality_ = TemporalityDefault;
         NodeAccess::Place(*node, parent, index);
+    } else if (type < NodeTypeInteger || type > NodeTypeInteger64) {
+        Raise(Texts::InvalidType);
     } else {
         switch (type) {
             case NodeTypeInteger: node = Construct<Integer>(parent, index); break;
@@ -74,7 +76,6 @@ Node* TreeImpl::CreateNode(NodeType type, Composite* parent, int index, Semantic
             case NodeTypeStringSet: node = Construct<StringSet>(parent, index); break;
             case NodeTypeDoubleSet: node = Construct<DoubleSet>(parent, index); break;
             case NodeTypeInteger64: node = Construct<Integer64>(parent, index); break;
-            default: Raise(Texts::InvalidType);
         }
     }
     if (node != nullptr && type == NodeTypeMap && tag != SemanticTagNone) {

@@ -12,14 +12,13 @@ namespace KivGenerics {
 Iterator::Iterator() = default;
 Iterator::~Iterator() = default;
 
-Node* IteratorImpl::Queue::Take() {
-    Node* const node = nodes[front++];
+void IteratorImpl::Queue::DropFront() noexcept {
+    ++front;
     constexpr std::size_t kWorthDropping = 64;
     if (front >= kWorthDropping && front * 2 >= nodes.size()) {
         nodes.erase(nodes.begin(), nodes.begin() + static_cast<std::ptrdiff_t>(front));
         front = 0;
     }
-    return node;
 }
 
 void IteratorImpl::Queue::DropBack(std::size_t count) noexcept {
@@ -36,18 +35,31 @@ bool IteratorImpl::HasNext() {
     return !queue_.IsEmpty();
 }
 
+// The children are appended before their parent is taken, so that a failure leaves the iterator where it was.
 Node* IteratorImpl::Next() {
     if (queue_.IsEmpty()) {
         return nullptr;
     }
-    current_ = queue_.Take();
-    if (IsCompositeType(current_->GetType())) {
-        const auto* const composite = static_cast<const Composite*>(current_);
-        for (Node* child = composite->GetNext(-1); child != nullptr; child = composite->GetNext(child->GetIndex())) {
-            queue_.nodes.push_back(child);
-        }
+    Node* const node = queue_.nodes[queue_.front];
+    if (IsCompositeType(node->GetType())) {
+        AppendChildren(*static_cast<const Composite*>(node));
     }
+    queue_.DropFront();
+    current_ = node;
     return current_;
+}
+
+void IteratorImpl::AppendChildren(const Composite& composite) {
+    std::vector<Node*>& nodes = queue_.nodes;
+    const std::size_t size = nodes.size();
+    try {
+        for (Node* child = composite.GetNext(-1); child != nullptr; child = composite.GetNext(child->GetIndex())) {
+            nodes.push_back(child);
+        }
+    } catch (...) {
+        nodes.resize(size);
+        throw;
+    }
 }
 
 void IteratorImpl::RemoveCurrent() {

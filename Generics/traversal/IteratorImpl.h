@@ -26,9 +26,11 @@ private:
         std::size_t front = 0;
 
         bool IsEmpty() const noexcept { return front == nodes.size(); }
-        Node* Take();
+        void DropFront() noexcept;
         void DropBack(std::size_t count) noexcept;
     };
+
+    void AppendChildren(const Composite& composite);
 
     Queue queue_;
     Node* current_ = nullptr;

@@ -1,5 +1,8 @@
 #include <KivGenerics/GlobalID.h>
 
+#include <algorithm>
+#include <iterator>
+
 #include "core/TreeImpl.h"
 #include "values/LeafOperations.h"
 
@@ -11,7 +14,9 @@ void GlobalID::Set(const GUID& value) {
 }
 
 bool GlobalID::IsNull() const noexcept {
-    return KivBase::CompareGUID(value_, GUID{}) == 0;
+    const auto isZero = [](unsigned char byte) { return byte == 0; };
+    return value_.Data1 == 0 && value_.Data2 == 0 && value_.Data3 == 0 &&
+           std::all_of(std::begin(value_.Data4), std::end(value_.Data4), isZero);
 }
 
 void GlobalID::Clear() {
