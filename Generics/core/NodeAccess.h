@@ -13,8 +13,8 @@ struct NodeAccess {
     static Composite* GetParent(const Node& node) noexcept { return node.parent_; }
 
     /// While a released node waits in its forest, its parent field links it to the next one.
-    static Node* GetLink(const Node& node) noexcept { return node.parent_; }
-    static void SetLink(Node& node, Node* next) noexcept { node.parent_ = static_cast<Composite*>(next); }
+    static Node* GetLink(const Node& node) noexcept { return reinterpret_cast<Node*>(node.parent_); }
+    static void SetLink(Node& node, Node* next) noexcept { node.parent_ = reinterpret_cast<Composite*>(next); }
 
     static void Place(Node& node, Composite* parent, int index) noexcept {
         node.parent_ = parent;
