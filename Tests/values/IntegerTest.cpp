@@ -37,8 +37,8 @@ TEST(IntegerTest, ComparesAsSignedNumbersWithoutOverflow) {
 
 /// A number at `index` of a map tagged `tag`.
 Integer* NumberIn(const ValueTree& tree, SemanticTag tag, int index, std::int32_t value) {
-    auto* const map = static_cast<Map*>(tree.Root()->NewNode(tree.Root()->GetSize(TemporalityTemporary), NodeTypeMap,
-                                                             false, tag));
+    auto* const map =
+        static_cast<Map*>(tree.Root()->NewNode(tree.Root()->GetSize(TemporalityTemporary), NodeTypeMap, false, tag));
     auto* const leaf = static_cast<Integer*>(map->NewNode(index, NodeTypeInteger));
     leaf->Set(value);
     return leaf;

@@ -22,8 +22,8 @@ namespace KivGenerics::Testing {
 
 using AllKinds = ::testing::Types<Integer, GlobalID, String, Double, Boolean, Vector, Map, IntegerSet, IdSet, StringSet,
                                   DoubleSet, Integer64>;
-using LeafKinds = ::testing::Types<Integer, GlobalID, String, Double, Boolean, IntegerSet, IdSet, StringSet, DoubleSet,
-                                   Integer64>;
+using LeafKinds =
+    ::testing::Types<Integer, GlobalID, String, Double, Boolean, IntegerSet, IdSet, StringSet, DoubleSet, Integer64>;
 using SetKinds = ::testing::Types<IntegerSet, IdSet, StringSet, DoubleSet>;
 
 /// A GUID of four 32-bit words, in the order in which GUIDs are compared.
@@ -41,13 +41,17 @@ inline GUID Guid(std::uint32_t first, std::uint32_t second = 0, std::uint32_t th
 
 // The value of a node as text, so that an expectation can be a literal for every kind.
 
-inline std::string TextOfValue(std::int32_t value) { return std::to_string(value); }
+inline std::string TextOfValue(std::int32_t value) {
+    return std::to_string(value);
+}
 inline std::string TextOfValue(double value) {
     char text[32];
     std::snprintf(text, sizeof text, "%g", value);
     return text;
 }
-inline std::string TextOfValue(const KivBase::WString& value) { return KivBase::ToUtf8(value); }
+inline std::string TextOfValue(const KivBase::WString& value) {
+    return KivBase::ToUtf8(value);
+}
 inline std::string TextOfValue(const GUID& value) {
     char text[48];
     std::snprintf(text, sizeof text, "%08x-%04x-%04x", static_cast<unsigned>(value.Data1), unsigned{value.Data2},
@@ -69,13 +73,27 @@ std::string TextOfElements(const Elements& elements) {
     return (text.empty() ? "{" : text) + "}";
 }
 
-inline std::string Show(const Boolean& node) { return node.Get() ? "true" : "false"; }
-inline std::string Show(const Integer& node) { return TextOfValue(node.Get()); }
-inline std::string Show(const Integer64& node) { return std::to_string(node.Get()); }
-inline std::string Show(const Double& node) { return TextOfValue(node.Get()); }
-inline std::string Show(const GlobalID& node) { return TextOfValue(node.Get()); }
-inline std::string Show(const String& node) { return KivBase::ToUtf8(node.Get(), node.GetLength()); }
-inline std::string Show(const StringSet& node) { return TextOfElements(node.Get()); }
+inline std::string Show(const Boolean& node) {
+    return node.Get() ? "true" : "false";
+}
+inline std::string Show(const Integer& node) {
+    return TextOfValue(node.Get());
+}
+inline std::string Show(const Integer64& node) {
+    return std::to_string(node.Get());
+}
+inline std::string Show(const Double& node) {
+    return TextOfValue(node.Get());
+}
+inline std::string Show(const GlobalID& node) {
+    return TextOfValue(node.Get());
+}
+inline std::string Show(const String& node) {
+    return KivBase::ToUtf8(node.Get(), node.GetLength());
+}
+inline std::string Show(const StringSet& node) {
+    return TextOfElements(node.Get());
+}
 template <class SetNode>
 std::string Show(const SetNode& node) {
     typename SetNode::Elements elements;

@@ -96,8 +96,7 @@ TYPED_TEST(NodeContractTest, ClearKeepsPlaceAndTemporalitiesAndCountsOnce) {
 TYPED_TEST(NodeContractTest, PopulateTakesTheOwnTemporalityForgetsTheDerivedOneAndKeepsThePlace) {
     this->node_->CalculateDerivedTemporality();
     this->other_->SetTemporality(TemporalityTemporary);
-    EXPECT_EQ(Facts<TypeParam>::kPopulateChanges,
-              this->tree_.ChangesOf([&] { this->node_->Populate(this->Other()); }));
+    EXPECT_EQ(Facts<TypeParam>::kPopulateChanges, this->tree_.ChangesOf([&] { this->node_->Populate(this->Other()); }));
     EXPECT_EQ(TemporalityTemporary, this->node_->GetTemporality());
     EXPECT_EQ(TemporalityDefault, NodeAccess::GetStoredDerived(*this->node_));
     EXPECT_EQ(3, this->node_->GetIndex());
@@ -156,8 +155,8 @@ struct MergeRow {
     int result;
 };
 
-// Every pair of own temporalities: equal ones and a default of the other's agree; else the other's is taken over, without
-// conflict only where this node had none.
+// Every pair of own temporalities: equal ones and a default of the other's agree; else the other's is taken over,
+// without conflict only where this node had none.
 constexpr MergeRow kMergeRows[] = {
     {0, 0, true, 0},  {0, 1, true, 0}, {0, 2, false, 2}, {0, 3, false, 3}, {0, 4, false, 4},
     {1, 0, true, 0},  {1, 1, true, 1}, {1, 2, true, 2},  {1, 3, true, 3},  {1, 4, true, 4},
