@@ -1,0 +1,97 @@
+#include <KivStorage/ReadStream.h>
+
+#include <KivStorage/Interfaces.h>
+
+#include "format/Failure.h"
+#include "format/ItemReader.h"
+#include "format/QueryInterface.h"
+
+namespace KivStorage {
+
+ReadStream::ReadStream(std::unique_ptr<ByteSource> source, const ReadLimits& limits)
+    : items_(new ItemReader(std::move(source), limits)) {}
+ReadStream::~ReadStream() = default;
+
+/// No exception passes to a host: no memory for an error's sentence is an error itself.
+template <class Step>
+std::int32_t ReadStream::Run(const void* output, Step step) noexcept {
+    try {
+        if (output == nullptr) {
+            return SetError(Fail(StorageNullPointer, items_->GetPlace()));
+        }
+        return step(*items_);
+    } catch (...) {
+        return SetError(FailQuietly(StorageOutOfMemory, ""));
+    }
+}
+
+std::int32_t ReadStream::QueryInterface(const GUID& interfaceId, void** object) {
+    return AnswerInterface(this, interfaceId, BlockReadStreamId, object);
+}
+
+std::uint32_t ReadStream::AddRef() {
+    return references_.fetch_add(1, std::memory_order_relaxed) + 1;
+}
+
+std::uint32_t ReadStream::Release() {
+    const std::uint32_t left = references_.fetch_sub(1, std::memory_order_acq_rel) - 1;
+    if (left == 0) {
+        delete this;
+    }
+    return left;
+}
+
+std::int32_t ReadStream::GetLong(std::int32_t* value) {
+    return Run(value, [=](ItemReader& items) { return items.GetLong(value); });
+}
+
+std::int32_t ReadStream::GetDouble(double* value) {
+    return Run(value, [=](ItemReader& items) { return items.GetDouble(value); });
+}
+
+std::int32_t ReadStream::GetShort(std::uint16_t* value) {
+    return Run(value, [=](ItemReader& items) { return items.GetShort(value); });
+}
+
+std::int32_t ReadStream::GetStringLength(std::uint32_t* length) {
+    return Run(length, [=](ItemReader& items) { return items.GetTextLength(length); });
+}
+
+std::int32_t ReadStream::GetStringChars(std::uint32_t length, char16_t* buffer) {
+    return Run(buffer, [=](ItemReader& items) { return items.GetTextUnits(length, buffer); });
+}
+
+std::int32_t ReadStream::GetGUID(GUID* value) {
+    return Run(value, [=](ItemReader& items) { return items.GetGuid(value); });
+}
+
+std::int32_t ReadStream::GetVariant(VARIANT* value) {
+    return Run(value, [=](ItemReader& items) { return items.GetVariant(value); });
+}
+
+std::int32_t ReadStream::GetObjectTag(std::uint16_t* tag) {
+    return Run(tag, [=](ItemReader& items) { return items.GetObjectTag(tag); });
+}
+
+std::int32_t ReadStream::GetEndObject() {
+    return Run(this, [](ItemReader& items) { return items.EndObject(); });
+}
+
+Result ReadStream::Finish() {
+    const std::int32_t code = Run(this, [](ItemReader& items) { return items.Finish(); });
+    return code < 0 ? GetError() : Result{};
+}
+
+const Result& ReadStream::GetError() const noexcept {
+    return items_->GetError();
+}
+
+std::string ReadStream::GetPlace() const {
+    return items_->GetPlace();
+}
+
+std::int32_t ReadStream::SetError(Result error) noexcept {
+    return items_->SetError(std::move(error));
+}
+
+}  // namespace KivStorage

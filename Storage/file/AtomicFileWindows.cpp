@@ -1,0 +1,107 @@
+#include "file/AtomicFile.h"
+
+#include <algorithm>
+
+#include <windows.h>
+
+#include "file/PathText.h"
+#include "format/Failure.h"
+
+namespace KivStorage {
+namespace {
+
+// A virus scanner or an indexer may hold a file for a moment.
+constexpr int kMaxTries = 20;
+constexpr DWORD kPauseMilliseconds = 25;
+
+HANDLE Handle(std::intptr_t handle) noexcept {
+    return reinterpret_cast<HANDLE>(handle);
+}
+
+bool IsPassing(DWORD error) noexcept {
+    return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED || error == ERROR_LOCK_VIOLATION;
+}
+
+}  // namespace
+
+Result AtomicFile::CheckTarget() {
+    const DWORD attributes = ::GetFileAttributesW(target_.c_str());
+    replaces_ = attributes != INVALID_FILE_ATTRIBUTES;
+    if (replaces_ && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) != 0) {
+        return Fail(StorageNotAFile, FilePlace(path_));
+    }
+    return {};
+}
+
+/// A success without a handle: the name is taken.
+Result AtomicFile::CreateTemporary() {
+    const HANDLE handle = ::CreateFileW(temporary_.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
+                                        FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) {
+        const DWORD error = ::GetLastError();
+        temporary_.clear();
+        return error == ERROR_FILE_EXISTS ? Result{} : Failure(StorageFileNotCreated, static_cast<int>(error));
+    }
+    handle_ = reinterpret_cast<std::intptr_t>(handle);
+    return {};
+}
+
+Result AtomicFile::Write(const std::uint8_t* bytes, std::size_t count) {
+    if (handle_ == kClosed) {
+        return Fail(StorageAlreadyFinished, FilePlace(path_));
+    }
+    while (count > 0) {
+        const auto part = static_cast<DWORD>(std::min<std::size_t>(count, 1u << 30));
+        DWORD written = 0;
+        if (::WriteFile(Handle(handle_), bytes, part, &written, nullptr) == 0 || written == 0) {
+            const DWORD error = ::GetLastError();
+            Abandon();
+            return Failure(StorageFileNotWritten, static_cast<int>(error));
+        }
+        bytes += written;
+        count -= written;
+    }
+    return {};
+}
+
+Result AtomicFile::Replace() {
+    if (::FlushFileBuffers(Handle(handle_)) == 0) {
+        return Failure(StorageFileNotSynced, static_cast<int>(::GetLastError()));
+    }
+    const BOOL closed = ::CloseHandle(Handle(handle_));
+    handle_ = kClosed;
+    if (closed == 0) {
+        return Failure(StorageFileNotWritten, static_cast<int>(::GetLastError()));
+    }
+    DWORD error = 0;
+    for (int tries = 0; tries < kMaxTries; ++tries) {
+        // ReplaceFile keeps the old file's attributes and access rights, but wants an old file to be there.
+        BOOL done =
+            replaces_ ? ::ReplaceFileW(target_.c_str(), temporary_.c_str(), nullptr, 0, nullptr, nullptr) : FALSE;
+        if (done == 0) {
+            done =
+                ::MoveFileExW(temporary_.c_str(), target_.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+        }
+        if (done != 0) {
+            temporary_.clear();
+            return {};
+        }
+        error = ::GetLastError();
+        if (!IsPassing(error)) {
+            break;
+        }
+        ::Sleep(kPauseMilliseconds);
+    }
+    return Failure(StorageFileNotReplaced, static_cast<int>(error));
+}
+
+void AtomicFile::RemoveTemporary() noexcept {
+    if (handle_ != kClosed) {
+        ::CloseHandle(Handle(handle_));
+    }
+    if (!temporary_.empty()) {
+        ::DeleteFileW(temporary_.c_str());
+    }
+}
+
+}  // namespace KivStorage

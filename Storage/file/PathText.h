@@ -1,0 +1,14 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace KivStorage {
+
+/// How messages name a file: `file "name"`, the name in UTF-8. Throws std::bad_alloc.
+std::string FilePlace(const std::filesystem::path& path);
+
+/// The same with the system's own words: `file "name": No space left on device`.
+std::string FilePlace(const std::filesystem::path& path, const std::error_code& error);
+
+}  // namespace KivStorage

@@ -1,0 +1,168 @@
+#include "format/BlockReader.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "format/BlockWriter.h"
+#include "format/Checksum.h"
+#include "format/Failure.h"
+#include "format/LittleEndian.h"
+
+namespace KivStorage {
+
+BlockReader::BlockReader(ByteSource& source, std::uint64_t maxBytes)
+    : source_(source), maxBytes_(maxBytes), block_(new std::uint8_t[kBlockSize]) {}
+
+/// A fault of the framing: the place is the block, or trailer, that was being read.
+Result BlockReader::Fault(std::int32_t code) const {
+    return Fail(code, PlaceInBlock(source_.GetPlace(), headerRead_ ? blocks_ + 1 : 0, blockStart_));
+}
+
+Result BlockReader::Fill(std::uint8_t* to, std::size_t count) {
+    if (count > maxBytes_ - taken_) {
+        return Fault(StorageTooManyBytes);
+    }
+    std::size_t got = 0;
+    if (Result result = source_.Read(to, count, got); !result.Ok()) {
+        return result;
+    }
+    taken_ += got;
+    return got == count ? Result{} : Fault(StorageTruncated);
+}
+
+Result BlockReader::ReadHeader() {
+    std::uint8_t header[kHeaderSize];
+    // Short data are cut off only if what there is of the mark is right; else they are something else.
+    if (Result result = Fill(header, sizeof kMagic); !result.Ok()) {
+        const bool foreign = result.code == StorageTruncated && std::memcmp(header, kMagic, taken_) != 0;
+        return foreign ? Fault(StorageNotASavedTree) : result;
+    }
+    if (std::memcmp(header, kMagic, sizeof kMagic) != 0) {
+        return Fault(StorageNotASavedTree);
+    }
+    if (Result result = Fill(header + sizeof kMagic, sizeof header - sizeof kMagic); !result.Ok()) {
+        return result;
+    }
+    if (GetLittle64(header + 16) != Checksum(header, 16, 0)) {
+        return Fault(StorageHeaderDamaged);
+    }
+    // Bytes reserved today may mean something tomorrow, so they belong to the version.
+    if (GetLittle32(header + 8) != kVersion || GetLittle32(header + 12) != 0) {
+        return Fault(StorageUnknownVersion);
+    }
+    headerRead_ = true;
+    return {};
+}
+
+Result BlockReader::LoadBlock() {
+    if (!headerRead_) {
+        if (Result result = ReadHeader(); !result.Ok()) {
+            return result;
+        }
+    }
+    size_ = 0;
+    next_ = 0;
+    blockStart_ = taken_;
+    if (Result result = Fill(block_.get(), kLengthSize); !result.Ok()) {
+        return result;
+    }
+    const std::uint32_t length = GetLittle32(block_.get());
+    if (length == 0) {
+        return ReadTrailer();
+    }
+    if (length > kMaxPayload) {
+        return Fault(StorageBlockLength);
+    }
+    if (Result result = Fill(block_.get() + kLengthSize, length + kChecksumSize); !result.Ok()) {
+        return result;
+    }
+    const std::uint64_t checksum = Checksum(block_.get(), kLengthSize + length, blocks_ + 1);
+    if (checksum != GetLittle64(Payload() + length)) {
+        return Fault(StorageBlockDamaged);
+    }
+    chain_ = ChainChecksum(chain_, checksum);
+    blocks_ += 1;
+    itemBytes_ += length;
+    size_ = length;
+    return {};
+}
+
+Result BlockReader::ReadTrailer() {
+    std::uint8_t trailer[kTrailerSize] = {};
+    if (Result result = Fill(trailer + kLengthSize, kTrailerSize - kLengthSize); !result.Ok()) {
+        return result;
+    }
+    if (GetLittle64(trailer + 36) != Checksum(trailer, 36, blocks_ + 1)) {
+        return Fault(StorageTrailerDamaged);
+    }
+    if (GetLittle64(trailer + 4) != blocks_ || GetLittle64(trailer + 20) != itemBytes_ ||
+        GetLittle64(trailer + 28) != chain_) {
+        return Fault(StorageTotalsDiffer);
+    }
+    trailerItems_ = GetLittle64(trailer + 12);
+    std::uint8_t more = 0;
+    std::size_t got = 0;
+    if (Result result = source_.Read(&more, 1, got); !result.Ok()) {
+        return result;
+    }
+    if (got > 0) {
+        return Fail(StorageTrailingBytes, source_.GetPlace() + ", byte " + std::to_string(taken_));
+    }
+    atEnd_ = true;
+    return {};
+}
+
+Result BlockReader::CheckEnd(bool& end) {
+    if (next_ == size_ && !atEnd_) {
+        if (Result result = LoadBlock(); !result.Ok()) {
+            return result;
+        }
+    }
+    end = atEnd_;
+    return {};
+}
+
+template <class Use>
+Result BlockReader::Consume(std::uint64_t count, Use use) {
+    while (count > 0) {
+        bool end = false;
+        if (Result result = CheckEnd(end); !result.Ok()) {
+            return result;
+        }
+        if (end) {
+            return Fault(StorageItemCutOff);
+        }
+        const auto part = static_cast<std::size_t>(std::min<std::uint64_t>(count, size_ - next_));
+        use(Payload() + next_, part);
+        next_ += part;
+        count -= part;
+    }
+    return {};
+}
+
+Result BlockReader::Read(std::uint8_t* to, std::size_t count) {
+    return Consume(count, [&to](const std::uint8_t* from, std::size_t part) {
+        std::memcpy(to, from, part);
+        to += part;
+    });
+}
+
+Result BlockReader::Skip(std::uint64_t count) {
+    return Consume(count, [](const std::uint8_t*, std::size_t) {});
+}
+
+std::uint64_t BlockReader::GetRest() const noexcept {
+    const std::uint64_t size = source_.GetSize();
+    return size_ - next_ + (size > taken_ ? size - taken_ : 0);
+}
+
+std::string BlockReader::GetPlace() const {
+    // Behind the last byte of a block the next byte stands in the next one, behind its length.
+    const bool atBorder = next_ == size_ && !atEnd_;
+    const std::uint64_t block = atBorder ? blocks_ + 1 : blocks_;
+    const std::uint64_t byte = atBorder ? std::max<std::uint64_t>(taken_, kHeaderSize) + kLengthSize
+                                        : blockStart_ + (atEnd_ ? 0 : kLengthSize + next_);
+    return PlaceInBlock(source_.GetPlace(), atEnd_ ? blocks_ + 1 : block, byte);
+}
+
+}  // namespace KivStorage

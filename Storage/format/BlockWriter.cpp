@@ -1,0 +1,86 @@
+#include "format/BlockWriter.h"
+
+#include <algorithm>
+
+#include "format/Checksum.h"
+#include "format/LittleEndian.h"
+
+namespace KivStorage {
+
+BlockWriter::BlockWriter(ByteSink& sink) : sink_(sink), block_(new std::uint8_t[kBlockSize]) {}
+
+Result BlockWriter::Append(const std::uint8_t* bytes, std::size_t count) {
+    while (count > 0) {
+        if (used_ == kMaxPayload) {
+            if (Result result = Flush(); !result.Ok()) {
+                return result;
+            }
+        }
+        const std::size_t part = std::min(count, kMaxPayload - used_);
+        std::memcpy(Payload() + used_, bytes, part);
+        used_ += part;
+        bytes += part;
+        count -= part;
+    }
+    return {};
+}
+
+Result BlockWriter::WriteHeader() {
+    std::uint8_t header[kHeaderSize] = {};
+    std::memcpy(header, kMagic, sizeof kMagic);
+    PutLittle32(header + 8, kVersion);
+    PutLittle64(header + 16, Checksum(header, 16, 0));
+    headerWritten_ = true;
+    return sink_.Write(header, sizeof header);
+}
+
+Result BlockWriter::Flush() {
+    if (!headerWritten_) {
+        if (Result result = WriteHeader(); !result.Ok()) {
+            return result;
+        }
+    }
+    if (used_ == 0) {
+        return {};
+    }
+    // The length stands before what is summed up, so that it is covered too; the seed ties the block to its place.
+    PutLittle32(block_.get(), static_cast<std::uint32_t>(used_));
+    const std::uint64_t checksum = Checksum(block_.get(), kLengthSize + used_, blocks_ + 1);
+    PutLittle64(Payload() + used_, checksum);
+    const std::size_t size = kLengthSize + used_ + kChecksumSize;
+    chain_ = ChainChecksum(chain_, checksum);
+    blocks_ += 1;
+    itemBytes_ += used_;
+    used_ = 0;
+    return sink_.Write(block_.get(), size);
+}
+
+Result BlockWriter::Finish(std::uint64_t items) {
+    if (Result result = Flush(); !result.Ok()) {
+        return result;
+    }
+    std::uint8_t trailer[kTrailerSize] = {};
+    PutLittle64(trailer + 4, blocks_);
+    PutLittle64(trailer + 12, items);
+    PutLittle64(trailer + 20, itemBytes_);
+    PutLittle64(trailer + 28, chain_);
+    PutLittle64(trailer + 36, Checksum(trailer, 36, blocks_ + 1));
+    finished_ = true;
+    return sink_.Write(trailer, sizeof trailer);
+}
+
+std::uint64_t BlockWriter::GetByteCount() const noexcept {
+    const std::uint64_t whole = FramedSize(itemBytes_ + used_);
+    return finished_ ? whole : whole - kTrailerSize;
+}
+
+std::string BlockWriter::GetPlace() const {
+    const std::uint64_t written = kHeaderSize + itemBytes_ + blocks_ * (kLengthSize + kChecksumSize);
+    return PlaceInBlock(sink_.GetPlace(), blocks_ + 1, written + kLengthSize + used_);
+}
+
+std::string PlaceInBlock(const std::string& place, std::uint64_t block, std::uint64_t byte) {
+    return place + ", block " + std::to_string(block) + ", byte " + std::to_string(byte);
+}
+
+}  // namespace KivStorage

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include <KivStorage/Result.h>
+
+namespace KivStorage {
+
+/// Where saved bytes go.
+class ByteSink {
+public:
+    virtual ~ByteSink() = default;
+    /// All of them or a failure.
+    virtual Result Write(const std::uint8_t* bytes, std::size_t count) = 0;
+    /// How messages name the place: `file "name"`.
+    virtual std::string GetPlace() const = 0;
+
+protected:
+    ByteSink() = default;
+    ByteSink(const ByteSink&) = default;
+    ByteSink& operator=(const ByteSink&) = default;
+};
+
+/// Where saved bytes come from.
+class ByteSource {
+public:
+    virtual ~ByteSource() = default;
+    /// Fewer than asked for, in `got`, at the end only.
+    virtual Result Read(std::uint8_t* bytes, std::size_t count, std::size_t& got) = 0;
+    /// How many bytes there are in all, as far as known.
+    virtual std::uint64_t GetSize() const = 0;
+    /// How messages name the place: `file "name"`.
+    virtual std::string GetPlace() const = 0;
+
+protected:
+    ByteSource() = default;
+    ByteSource(const ByteSource&) = default;
+    ByteSource& operator=(const ByteSource&) = default;
+};
+
+}  // namespace KivStorage
