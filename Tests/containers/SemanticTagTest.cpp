@@ -6,13 +6,13 @@
 #include <limits>
 #include <vector>
 
-#include <KivBase/Utf.h>
 #include <KivGenerics/Exception.h>
 #include <KivGenerics/Map.h>
 #include <KivGenerics/Tree.h>
 #include <gtest/gtest.h>
 
 #include "containers/SlotRows.h"
+#include "support/TestTree.h"
 
 namespace KivGenerics::Testing {
 namespace {
@@ -131,7 +131,7 @@ protected:
         return static_cast<Map*>(root_->NewNode(index, NodeTypeMap, false, SemanticTag(tag)));
     }
 
-    KivBase::ReturnPtrI<Tree> tree_ = CreateGenericTree(EnumOrvObjectType{});
+    KivBase::ReturnPtrI<Tree> tree_ = KivTests::NewTree();
     Map* root_ = static_cast<Map*>(tree_->NewRoot(NodeTypeMap));
 };
 
@@ -215,12 +215,9 @@ TEST_F(TaggedMapTest, AReadOnlyTreeRefusesAnotherTag) {
     Map* const map = NewMap(100);
     tree_->SetReadOnly();
     const int before = tree_->GetChangeCount();
-    try {
-        map->SetSemanticTag(SemanticTag(100));
-        FAIL() << "nothing was thrown";
-    } catch (const ReadOnlyException& exception) {
-        EXPECT_EQ("Operation not allowed on a read-only tree!", KivBase::ToUtf8(exception.GetMessage()));
-    }
+    EXPECT_EQ("Operation not allowed on a read-only tree!",
+              KivTests::TextOf([&] { map->SetSemanticTag(SemanticTag(100)); }));
+    EXPECT_THROW(map->SetSemanticTag(SemanticTag(100)), ReadOnlyException);
     EXPECT_EQ(100, map->GetSemanticTag());
     EXPECT_EQ(before, tree_->GetChangeCount());
 }

@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include "core/NodeAccess.h"
+#include "support/TestTree.h"
 
 namespace KivGenerics::Testing {
 namespace {
@@ -47,9 +48,9 @@ protected:
     }
     static int Derived(const Node* node) { return NodeAccess::GetStoredDerived(*node); }
 
-    KivBase::ReturnPtrI<Tree> tree_ = CreateGenericTree(EnumOrvObjectType{});
+    KivBase::ReturnPtrI<Tree> tree_ = KivTests::NewTree();
     Map* root_ = static_cast<Map*>(tree_->NewRoot(NodeTypeMap));
-    KivBase::ReturnPtrI<Tree> otherTree_ = CreateGenericTree(EnumOrvObjectType{});
+    KivBase::ReturnPtrI<Tree> otherTree_ = KivTests::NewTree();
     Map* otherRoot_ = static_cast<Map*>(otherTree_->NewRoot(NodeTypeMap));
 };
 

@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include "core/NodeAccess.h"
+#include "support/TestTree.h"
 
 namespace KivGenerics::Testing {
 namespace {
@@ -85,7 +86,7 @@ protected:
         return KivBase::ToUtf8(key);
     }
 
-    KivBase::ReturnPtrI<Tree> tree_ = CreateGenericTree(EnumOrvObjectType{});
+    KivBase::ReturnPtrI<Tree> tree_ = KivTests::NewTree();
     Map* root_ = static_cast<Map*>(tree_->NewRoot(NodeTypeMap));
     RecordingBundle bundle_;
 };

@@ -1,6 +1,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "core/NodeAccess.h"
 #include "values/ValueTree.h"
 
 namespace KivGenerics::Testing {
@@ -95,6 +96,8 @@ TEST(IntegerTest, ANumberWithoutParentIsNoCounter) {
     const ValueTree tree;
     Integer* const seven = NumberIn(tree, SemanticTag(1), 0, 7);
     Integer* const detached = static_cast<Integer*>(NumberIn(tree, SemanticTag(100), 8, 5)->Detach());
+    EXPECT_FALSE(detached->MergeWith(seven, false));
+    NodeAccess::Place(*detached, nullptr, 8);
     EXPECT_FALSE(detached->MergeWith(seven, false));
     detached->Set(7);
     EXPECT_TRUE(detached->MergeWith(seven, false));

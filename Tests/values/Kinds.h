@@ -265,4 +265,12 @@ struct Facts<Integer64> : FixedSizeFacts {
     static void SetGreat(Integer64& node) { node.Set(5000000000); }
 };
 
+/// Names the tests of a suite that runs over kinds by the kind: "NodeContractTest/Integer".
+struct KindNames {
+    template <class T>
+    static std::string GetName(int) {
+        return std::string(Facts<T>::kVisit).substr(std::string("Visit").size());
+    }
+};
+
 }  // namespace KivGenerics::Testing

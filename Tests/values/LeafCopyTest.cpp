@@ -32,7 +32,7 @@ protected:
     ValueTree tree_;
     T* leaf_ = tree_.Add<T>(3);
 };
-TYPED_TEST_SUITE(LeafCopyTest, LeafKinds);
+TYPED_TEST_SUITE(LeafCopyTest, LeafKinds, KindNames);
 
 TYPED_TEST(LeafCopyTest, ACopyIsADuplicateThatNamesTheSourcesPlace) {
     using Kind = Facts<TypeParam>;
@@ -142,7 +142,7 @@ using FixedSizeKinds = ::testing::Types<Boolean, Integer, Integer64, Double, Glo
 
 template <class T>
 class FixedSizeLeafTest : public LeafCopyTest<T> {};
-TYPED_TEST_SUITE(FixedSizeLeafTest, FixedSizeKinds);
+TYPED_TEST_SUITE(FixedSizeLeafTest, FixedSizeKinds, KindNames);
 
 TYPED_TEST(FixedSizeLeafTest, AMoveIsACopy) {
     TypeParam moved(std::move(*this->leaf_));

@@ -85,7 +85,7 @@ protected:
     T* set_ = tree_.Add<T>(0);
     T* other_ = tree_.Add<T>(1);
 };
-TYPED_TEST_SUITE(SetContractTest, SetKinds);
+TYPED_TEST_SUITE(SetContractTest, SetKinds, KindNames);
 
 TYPED_TEST(SetContractTest, KeepsWhatIsAddedAscendingAndOnce) {
     EXPECT_EQ(0, this->set_->Count());
@@ -136,7 +136,7 @@ TYPED_TEST(SetContractTest, ItemsAreCountedFromTheSmallestFromZero) {
 
 TYPED_TEST(SetContractTest, ThereAreNoItemsOutsideItsBounds) {
     auto element = this->At(3);
-    const auto item = [&](int index) { return TextOfException([&] { this->set_->Item(index, element); }); };
+    const auto item = [&](int index) { return TextOf([&] { this->set_->Item(index, element); }); };
     for (const int index : {0, 1, -1, -2147483647 - 1, 2147483647}) {
         EXPECT_EQ("Item::Index out of range", item(index)) << index;
     }
@@ -157,7 +157,7 @@ TYPED_TEST(SetContractTest, SetAddAndRemoveChangeASetOfAReadOnlyTreeAndCountNoth
         EXPECT_EQ(this->Texts({1, 2}), Show(*this->set_));
         this->set_->Remove(this->At(1));
         EXPECT_EQ(this->Texts({2}), Show(*this->set_));
-        EXPECT_EQ(kReadOnlyText, TextOfException([&] { this->set_->Clear(); }));
+        EXPECT_EQ(kReadOnlyText, TextOf([&] { this->set_->Clear(); }));
         EXPECT_THROW(this->set_->Clear(), ReadOnlyException);
     }));
     EXPECT_EQ(this->Texts({2}), Show(*this->set_));
@@ -254,7 +254,7 @@ using CopyingSetKinds = ::testing::Types<IntegerSet, IdSet, DoubleSet>;
 
 template <class T>
 class CopyingSetTest : public SetContractTest<T> {};
-TYPED_TEST_SUITE(CopyingSetTest, CopyingSetKinds);
+TYPED_TEST_SUITE(CopyingSetTest, CopyingSetKinds, KindNames);
 
 TYPED_TEST(CopyingSetTest, GetReplacesWhatTheCallersSetHeld) {
     this->set_->Set(this->Of({0, 2}));

@@ -96,10 +96,10 @@ TEST_F(StringTest, KeepsTextsOfAnyLengthAndAnyUnits) {
 TEST_F(StringTest, AReadOnlyTreeRefusesBothSettersAlsoForTheOwnText) {
     left_->Set(u"old");
     tree_->SetReadOnly();
-    EXPECT_EQ(kReadOnlyText, TextOfException([&] { left_->Set(u"new"); }));
-    EXPECT_EQ(kReadOnlyText, TextOfException([&] { left_->Set(left_->Get()); }));
-    EXPECT_EQ(kReadOnlyText, TextOfException([&] { left_->Set(static_cast<const char16_t*>(nullptr)); }));
-    EXPECT_EQ(kReadOnlyText, TextOfException([&] { left_->Set(kWithNul); }));
+    EXPECT_EQ(kReadOnlyText, TextOf([&] { left_->Set(u"new"); }));
+    EXPECT_EQ(kReadOnlyText, TextOf([&] { left_->Set(left_->Get()); }));
+    EXPECT_EQ(kReadOnlyText, TextOf([&] { left_->Set(static_cast<const char16_t*>(nullptr)); }));
+    EXPECT_EQ(kReadOnlyText, TextOf([&] { left_->Set(kWithNul); }));
     EXPECT_THROW(left_->Set(u"new"), ReadOnlyException);
     EXPECT_EQ(WString(u"old"), Text(*left_));
 }

@@ -1,27 +1,18 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
-#include <KivBase/Utf.h>
-#include <KivGenerics/Exception.h>
 #include <KivGenerics/Tree.h>
 #include <KivGenerics/Visitor.h>
 
+#include "support/TestTree.h"
 #include "values/Kinds.h"
 
 namespace KivGenerics::Testing {
 
-/// The text of the Exception that `call` throws; "" when it throws none.
-template <class Call>
-std::string TextOfException(Call&& call) {
-    try {
-        call();
-    } catch (const Exception& exception) {
-        return KivBase::ToUtf8(exception.GetMessage());
-    }
-    return "";
-}
+using KivTests::TextOf;
 
 inline constexpr const char* kReadOnlyText = "Operation not allowed on a read-only tree!";
 
@@ -46,13 +37,11 @@ public:
     /// How many changes `call` counts.
     template <class Call>
     int ChangesOf(Call&& call) const {
-        const int before = tree_->GetChangeCount();
-        call();
-        return tree_->GetChangeCount() - before;
+        return KivTests::ChangesOf(*tree_, std::forward<Call>(call));
     }
 
 private:
-    KivBase::ReturnPtrI<Tree> tree_ = CreateGenericTree(EnumOrvObjectType{});
+    KivBase::ReturnPtrI<Tree> tree_ = KivTests::NewTree();
     Map* root_;
 };
 
