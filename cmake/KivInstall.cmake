@@ -18,9 +18,10 @@ write_basic_package_version_file(${CMAKE_BINARY_DIR}/KivGenericsConfigVersion.cm
 install(FILES ${CMAKE_BINARY_DIR}/KivGenericsConfig.cmake ${CMAKE_BINARY_DIR}/KivGenericsConfigVersion.cmake
   DESTINATION ${packageFolder})
 
-# Library folders lie one to three levels below the prefix.
-set(pkgConfigFolder ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
-file(RELATIVE_PATH prefixFromPkgConfig ${pkgConfigFolder} ${CMAKE_INSTALL_PREFIX})
+# Library folders lie one to three levels below the prefix. The destination stays relative: the prefix may be given when
+# installing.
+set(pkgConfigFolder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+file(RELATIVE_PATH prefixFromPkgConfig /prefix/${pkgConfigFolder} /prefix)
 foreach(package KivGenerics KivStorage)
   configure_file(cmake/${package}.pc.in ${CMAKE_BINARY_DIR}/${package}.pc @ONLY)
   install(FILES ${CMAKE_BINARY_DIR}/${package}.pc DESTINATION ${pkgConfigFolder})
