@@ -6,7 +6,7 @@ namespace KivStorage {
 namespace {
 
 constexpr const char* kRestore = "The data are damaged: take them from a copy.";
-constexpr const char* kOtherProgram = "Load them with the program that saved them.";
+constexpr const char* kOtherProgram = "Load the data with the program that saved them.";
 constexpr const char* kFixCaller = "This is a mistake of the calling program.";
 constexpr const char* kRaiseLimit = "If the data can be trusted, raise the limit.";
 
