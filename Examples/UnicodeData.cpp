@@ -273,6 +273,9 @@ int main(int argc, char** argv) {
     } catch (const DataError& error) {
         std::cerr << "UnicodeData: " << error.what() << "\n";
         return 2;
+    } catch (const std::filesystem::filesystem_error& error) {
+        std::cerr << "UnicodeData: " << error.what() << ": name a place for the saved tree with --output\n";
+        return 1;
     } catch (const std::exception& error) {
         std::cerr << "UnicodeData: " << error.what() << "\n";
         return 1;
