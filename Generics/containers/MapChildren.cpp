@@ -1,4 +1,4 @@
-#include "containers/MapChildren.h"
+#include "core/MapChildren.h"
 
 #include <algorithm>
 #include <new>

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "containers/MapChildren.h"
+#include "core/MapChildren.h"
 #include "core/Raise.h"
 #include "core/Texts.h"
 #include "core/TreeImpl.h"

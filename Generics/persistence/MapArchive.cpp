@@ -5,7 +5,7 @@
 #include <KivCOMShared/COrvSizeArchive.h>
 #include <KivCOMShared/COrvWriteArchive.h>
 
-#include "containers/MapChildren.h"
+#include "core/MapChildren.h"
 #include "persistence/BytePacker.h"
 #include "persistence/ReadChild.h"
 

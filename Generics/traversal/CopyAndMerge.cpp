@@ -3,7 +3,7 @@
 #include <KivGenerics/Map.h>
 #include <KivGenerics/Vector.h>
 
-#include "containers/MapChildren.h"
+#include "core/MapChildren.h"
 #include "core/NodeAccess.h"
 #include "core/Raise.h"
 #include "core/Texts.h"

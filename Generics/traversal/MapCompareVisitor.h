@@ -2,7 +2,7 @@
 
 #include <KivGenerics/VisitorNode.h>
 
-#include "containers/MapChildren.h"
+#include "core/MapChildren.h"
 #include "traversal/CompositeWalk.h"
 
 namespace KivGenerics {

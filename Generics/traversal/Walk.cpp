@@ -3,7 +3,7 @@
 #include <KivGenerics/Map.h>
 #include <KivGenerics/Vector.h>
 
-#include "containers/MapChildren.h"
+#include "core/MapChildren.h"
 #include "traversal/CompositeWalk.h"
 
 namespace KivGenerics {
