@@ -86,9 +86,11 @@ step() {
     local name=$1 advice=$2
     shift 2
     "$@" >"$logs/$name.log" 2>&1 && return 0
-    # The first error says more than the last line.
-    { grep -m 5 -E '(error|Error|ERROR|FAILED)' "$logs/$name.log" || true; } | cut -c 1-300
-    tail -n 15 "$logs/$name.log" | cut -c 1-300
+    # Of a build the first errors say more than the last lines.
+    case $name in
+        *-build) grep -m 5 -E '(error|Error|FAILED):' "$logs/$name.log" || tail -n 15 "$logs/$name.log" ;;
+        *) tail -n 15 "$logs/$name.log" ;;
+    esac | cut -c 1-300
     echo "FAILED: $name. The log is build/logs/$name.log."
     echo "What to do: $advice"
     return 1
