@@ -1,5 +1,7 @@
 #include <KivGenerics/StringSet.h>
 
+#include <utility>
+
 #include "core/TreeImpl.h"
 #include "values/SetOperations.h"
 
@@ -18,6 +20,23 @@ StringSet::StringSet(TreeImpl* tree) noexcept
 
 StringSet::StringSet(TreeImpl* tree, Composite* parent, int index) noexcept
     : Node(tree, parent, index, StaticType), elements_(Elements::allocator_type(tree->GetBuffer())) {}
+
+StringSet& StringSet::operator=(const StringSet& other) {
+    hCopy(other.elements_);
+    Node::operator=(other);
+    return *this;
+}
+
+// A set takes over another's elements whole only where both have the same memory.
+StringSet& StringSet::operator=(StringSet&& other) {
+    if (elements_.get_allocator() == other.elements_.get_allocator()) {
+        elements_ = std::move(other.elements_);
+    } else {
+        hCopy(other.elements_);
+    }
+    Node::operator=(other);
+    return *this;
+}
 
 void StringSet::hCopy(const Elements& source) {
     CopyElements(elements_, source,

@@ -1,4 +1,5 @@
 #include <string>
+#include <utility>
 
 #include "values/ValueTree.h"
 
@@ -114,6 +115,35 @@ TEST_F(StringSetTest, ACopiedNodeKeepsItsTextsOnTheHeap) {
     const StringSet copy(*set_);
     EXPECT_EQ(before, tree_->BufferQueryB());
     EXPECT_TRUE(copy.Exists(WString(1000, u'x')));
+}
+
+TEST_F(StringSetTest, AnAssignmentBringsTheTextsIntoTheForestOfItsTarget) {
+    const ValueTree other;
+    StringSet* const target = other.Add<StringSet>(0);
+    const std::size_t before = other->BufferQueryB();
+    set_->Add(WString(1000, u'x'));
+    *target = *set_;
+    EXPECT_GE(other->BufferQueryB(), before + 2000);
+    EXPECT_TRUE(target->Exists(WString(1000, u'x')));
+    *target = StringSet(*set_);
+    EXPECT_TRUE(target->Exists(WString(1000, u'x')));
+    EXPECT_GE(other->BufferQueryB(), before + 2000);
+    target->Set({});
+    EXPECT_EQ(before, other->BufferQueryB());
+}
+
+TEST_F(StringSetTest, WhatWasAssignedOutlivesTheForestItCameFrom) {
+    {
+        const ValueTree passing;
+        StringSet* const copied = passing.Add<StringSet>(0);
+        copied->Add(WString(1000, u'x'));
+        *set_ = *copied;
+        StringSet* const moved = passing.Add<StringSet>(1);
+        moved->Add(WString(1000, u'y'));
+        *other_ = std::move(*moved);
+    }
+    EXPECT_TRUE(set_->Exists(WString(1000, u'x')));
+    EXPECT_TRUE(other_->Exists(WString(1000, u'y')));
 }
 
 }  // namespace

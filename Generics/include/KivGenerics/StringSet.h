@@ -23,6 +23,13 @@ public:
 
     using Elements = std::set<KivBase::WString, std::less<KivBase::WString>, KivBase::Allocator<KivBase::WString>>;
 
+    // The elements hold memory of their own, so an assignment makes them anew where this node keeps its own.
+    StringSet(const StringSet&) = default;
+    StringSet(StringSet&&) = default;
+    StringSet& operator=(const StringSet& other);
+    StringSet& operator=(StringSet&& other);
+    ~StringSet() = default;
+
     /// The node's own set, valid until the next change.
     const Elements& Get() const noexcept { return elements_; }
     /// Replaces all elements; the node's own set may be passed. Throws std::bad_alloc and keeps the old elements then.
