@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <utility>
 
@@ -30,10 +31,15 @@ public:
     /// What was written, failing calls included.
     Calls calls;
     CallCounter counter;
+    /// Called at every call, if there is one.
+    std::function<void()> watch;
 
 private:
     std::int32_t Note(std::string call) {
         calls.push_back(std::move(call));
+        if (watch) {
+            watch();
+        }
         return counter.Next();
     }
 };

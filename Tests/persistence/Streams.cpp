@@ -24,14 +24,16 @@ std::int32_t ScriptedStream::GetStringLength(std::uint32_t* length) {
     if (result == 0) {
         result = player.TakeText(text_);
     }
-    *length = static_cast<std::uint32_t>(text_.size());
+    *length = claimedLength.value_or(static_cast<std::uint32_t>(text_.size()));
     return result;
 }
 
 std::int32_t ScriptedStream::GetStringChars(std::uint32_t length, char16_t* buffer) {
     const std::int32_t result = Note("GetStringChars " + std::to_string(length));
-    if (result == 0) {
-        std::copy(text_.begin(), text_.end(), buffer);
+    bufferWasZero = std::all_of(buffer, buffer + length + 1, [](char16_t unit) { return unit == 0; });
+    std::copy(text_.begin(), text_.end(), buffer);
+    if (overruns) {
+        buffer[length] = u'!';
     }
     return result;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -86,6 +87,12 @@ public:
     CallCounter counter;
     References references;
     VARIANT* variant = nullptr;  // the place that was filled last
+    /// What it says of a text's length, if not the truth.
+    std::optional<std::uint32_t> claimedLength;
+    /// True when it also fills the unit after the text.
+    bool overruns = false;
+    /// True when the last buffer for a text came filled with zeros.
+    bool bufferWasZero = false;
 
 private:
     std::int32_t Note(std::string operation) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <KivBase/ReturnPtrI.h>
+#include <KivGenerics/Exception.h>
 #include <KivGenerics/Map.h>
 #include <KivGenerics/ResultCode.h>
 #include <KivGenerics/Tree.h>
@@ -54,6 +55,17 @@ T* AppendValue(Vector& vector, const Value& value) {
     T* const leaf = Append<T>(vector);
     leaf->Set(value);
     return leaf;
+}
+
+/// The text of the Exception that the call throws; "nothing thrown" otherwise.
+template <class Call>
+KivBase::WString ThrownText(Call call) {
+    try {
+        call();
+    } catch (const Exception& exception) {
+        return exception.GetMessage();
+    }
+    return u"nothing thrown";
 }
 
 /// 00000007-0000-0000-0000000000000000 for 7.

@@ -1,6 +1,5 @@
 // How vectors read themselves, well-formed sequences and others.
 
-#include <KivGenerics/Exception.h>
 #include <KivGenerics/Integer.h>
 #include <gtest/gtest.h>
 
@@ -110,12 +109,8 @@ TEST(VectorReadTest, ALeafMayComeAsAnObject) {
 TEST(VectorReadTest, ObjectsOfTwoKindsThrowAsAddDoes) {
     Reading reading({"Long 00020000", "Begin 0406", "Long 00000000", "End", "Begin 0407", "Long 00010000", "End"});
     const VectorTree tree;
-    try {
-        tree.GetRoot().ReadFromArchive(reading.decoder, false);
-        ADD_FAILURE() << "nothing was thrown";
-    } catch (const Exception& exception) {
-        EXPECT_EQ(u"Vector::Add::Different children type", exception.GetMessage());
-    }
+    EXPECT_EQ(u"Vector::Add::Different children type",
+              ThrownText([&] { tree.GetRoot().ReadFromArchive(reading.decoder, false); }));
     EXPECT_EQ(1, tree.GetRoot().GetSize(TemporalityTemporary));
 }
 
@@ -123,12 +118,8 @@ TEST(VectorReadTest, AnObjectOfUnknownKindThrowsAsTheFactoryDoes) {
     for (const char* tag : {"Begin 0000", "Begin 000D", "Begin 0210", "Begin 01FD", "Begin 0107"}) {
         Reading reading({"Long 00010000", tag, "End"});
         const VectorTree tree;
-        try {
-            tree.GetRoot().ReadFromArchive(reading.decoder, false);
-            ADD_FAILURE() << "nothing was thrown for " << tag;
-        } catch (const Exception& exception) {
-            EXPECT_EQ(u"Invalid node type!", exception.GetMessage());
-        }
+        EXPECT_EQ(u"Invalid node type!", ThrownText([&] { tree.GetRoot().ReadFromArchive(reading.decoder, false); }))
+            << tag;
         EXPECT_TRUE(tree.GetRoot().IsEmpty());
     }
 }
