@@ -59,9 +59,10 @@ Result AtomicFile::Open(const std::filesystem::path& path) {
     if (Result result = CheckTarget(); !result.Ok()) {
         return result;
     }
+    folder_ = target_.has_parent_path() ? target_.parent_path() : std::filesystem::path(".");
     Result result;
     for (int tries = 0; tries < kMaxNames; ++tries) {
-        temporary_ = target_.parent_path() / TemporaryName();
+        temporary_ = folder_ / TemporaryName();
         result = CreateTemporary();
         if (handle_ != kClosed || !result.Ok()) {
             break;

@@ -43,6 +43,7 @@ private:
 
     std::filesystem::path path_;
     std::filesystem::path target_;  // behind the links
+    std::filesystem::path folder_;  // that of the target
     std::filesystem::path temporary_;  // empty when there is none
     std::intptr_t handle_ = kClosed;  // the system's number for the open temporary file
     bool replaces_ = false;  // the target exists; then:

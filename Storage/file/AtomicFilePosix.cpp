@@ -1,6 +1,7 @@
 #include "file/AtomicFile.h"
 
 #include <cerrno>
+#include <new>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -27,9 +28,8 @@ auto Retry(Call call) noexcept {
 }
 
 /// A file's new name lives in its folder: until the folder is on the disk, a power failure may bring the old file back.
-int SyncFolder(const std::filesystem::path& file) {
-    const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : std::filesystem::path(".");
-    const int descriptor = Retry([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+int SyncFolder(const char* folder) noexcept {
+    const int descriptor = Retry([&] { return ::open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
     if (descriptor < 0) {
         return errno;
     }
@@ -118,9 +118,17 @@ Result AtomicFile::Replace() {
     if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
         return Failure(StorageFileNotReplaced, errno);
     }
+    // The new file stands: from here on nothing may fail for want of memory but a sentence.
     temporary_.clear();
-    const int error = SyncFolder(target_);
-    return error == 0 ? Result{} : Failure(StorageDirectoryNotSynced, error);
+    const int error = SyncFolder(folder_.c_str());
+    if (error == 0) {
+        return {};
+    }
+    try {
+        return Failure(StorageDirectoryNotSynced, error);
+    } catch (const std::bad_alloc&) {
+        return FailQuietly(StorageDirectoryNotSynced, "");
+    }
 }
 
 void AtomicFile::RemoveTemporary() noexcept {

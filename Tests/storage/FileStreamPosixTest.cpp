@@ -172,7 +172,7 @@ TEST(FileStreamPosixTest, AFolderInWhichOneMayNotWriteIsReported) {
     ASSERT_EQ("", Save(folder / "tree", 3).sentence);
     ASSERT_EQ(0, ::chmod(folder.GetPath().c_str(), 0555));
     ASSERT_EQ(0, ::chmod((folder / "tree").c_str(), 0000));
-    const auto without = [&folder](const std::function<Result()>& step) {
+    const auto without = [](const std::function<Result()>& step) {
         return InChild([&] {
             // The superuser may write anywhere.
             if (::geteuid() == 0 && ::setuid(65534) != 0) {

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "storage/Support.h"
+#include "support/WholeVariant.h"
 
 using namespace KivStorage;
 using namespace StorageTest;

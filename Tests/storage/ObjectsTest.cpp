@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "storage/Support.h"
+#include "support/WholeVariant.h"
 
 using namespace KivStorage;
 using namespace StorageTest;

@@ -173,7 +173,7 @@ KivBase::ReturnPtrI<Tree> TreeOfEveryKind() {
     auto* const vector = static_cast<Vector*>(map->NewNode(6, NodeTypeVector));
     static_cast<Integer*>(vector->Add(NodeTypeInteger))->Set(7);
     static_cast<Integer*>(vector->Add(NodeTypeInteger))->Set(8);
-    static_cast<Map*>(map->NewNode(7, NodeTypeMap, false, SemanticTag(70000)));
+    map->NewNode(7, NodeTypeMap, false, SemanticTag(70000));
     static_cast<IntegerSet*>(map->NewNode(8, NodeTypeIntegerSet))->Add(-1);
     static_cast<IdSet*>(map->NewNode(9, NodeTypeIdSet))->Add(id);
     static_cast<StringSet*>(map->NewNode(10, NodeTypeStringSet))->Add(u"a");
