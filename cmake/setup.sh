@@ -26,6 +26,9 @@ packageOf() {
         clang++-19) echo clang-19 ;;
         clang-format-19) echo clang-format-19 ;;
         clang-tidy-19) echo clang-tidy-19 ;;
+        x86_64-w64-mingw32-g++-posix) echo g++-mingw-w64-x86-64-posix ;;
+        /usr/lib/wine/wine64) echo wine64 ;;
+        /usr/src/googletest/googletest) echo googletest ;;
         llvm-cov-19) echo llvm-19 ;;
         /usr/lib/llvm-19/lib/clang/19/lib/linux) echo libclang-rt-19-dev ;;
         /usr/include/gtest/gtest.h) echo libgtest-dev ;;

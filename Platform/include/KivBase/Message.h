@@ -16,6 +16,13 @@ enum MessageDomain : std::int32_t {
     MESSAGE_DOMAIN_UNKNOWN = 0,  ///< no catalogue: the text is all there is
 };
 
+// <windows.h> makes a macro of this name. Whether it is included before this header, after it or not at all, the class is
+// the same: the macro renames the calls alone, and under both of its names they find an operation.
+#if defined(_WIN32)
+#pragma push_macro("GetMessage")
+#undef GetMessage
+#endif
+
 /// A text for people with its place in a catalogue.
 class KIV_PLATFORM_EXPORT Message {
 public:
@@ -31,8 +38,11 @@ public:
     /// Null gives the empty text.
     void SetMessage(const char16_t* text) { text_ = text != nullptr ? text : u""; }
 
-    // Inline, so that a system header's macro of the same name renames the declaration and every call alike.
     const WString& GetMessage() const noexcept { return text_; }
+#if defined(_WIN32)
+    const WString& GetMessageA() const noexcept { return text_; }
+    const WString& GetMessageW() const noexcept { return text_; }
+#endif
     MessageDomain GetDomain() const noexcept { return domain_; }
     std::int32_t GetID() const noexcept { return id_; }
 
@@ -54,5 +64,9 @@ public:
 private:
     std::string what_;
 };
+
+#if defined(_WIN32)
+#pragma pop_macro("GetMessage")
+#endif
 
 }  // namespace KivBase

@@ -1,0 +1,10 @@
+#pragma once
+
+// VARIANT for tests that look inside one: on Windows the public header leaves it to the system's own to complete it.
+
+#include <KivCOMShared/Variant.h>
+
+#if defined(_WIN32)
+#define NOMINMAX
+#include <oaidl.h>
+#endif
