@@ -148,9 +148,9 @@ TEST(ArchiveDecoderTest, AnObjectsTagHoldsKindAndTemporality) {
         bool longCount;
     };
     const ObjectRow rows[] = {
-        {0x0006, 6, 0, false},  {0x0206, 6, 1, false},   {0x0407, 7, 2, false},  {0x07FE, 6, 3, true},
-        {0x09FF, 7, 4, true},   {0x0001, 1, 0, false},   {0x000D, 13, 0, false}, {0x01FD, 509, 0, false},
-        {0x0000, 0, 0, false},  {0x0FFF, 7, 7, true},    {0xF407, 7, 2, false},  {0x0E06, 6, 7, false},
+        {0x0006, 6, 0, false},  {0x0206, 6, 1, false}, {0x0407, 7, 2, false},  {0x07FE, 6, 3, true},
+        {0x09FF, 7, 4, true},   {0x0001, 1, 0, false}, {0x000D, 13, 0, false}, {0x01FD, 509, 0, false},
+        {0x0000, 0, 0, false},  {0x0FFF, 7, 7, true},  {0xF407, 7, 2, false},  {0x0E06, 6, 7, false},
         {0x040B, 11, 2, false},
     };
     for (const ObjectRow& row : rows) {

@@ -251,8 +251,8 @@ TEST(COrvReadBlockArchiveTest, WhileATagWaitsEveryValueIsClearedAndUnexpected) {
 }
 
 TEST(COrvReadBlockArchiveTest, EndingAnObjectLeavesFirstTheOneReadAhead) {
-    ScriptedStream stream({"Begin 0001", "Begin 0006", "Long 00000001", "End", "Long 00000002", "End",
-                           "Long 00000003"});
+    ScriptedStream stream(
+        {"Begin 0001", "Begin 0006", "Long 00000001", "End", "Long 00000002", "End", "Long 00000003"});
     COrvReadBlockArchive archive(&stream);
     std::uint16_t tag = 0;
     EXPECT_EQ(0, archive.ReadObjectTag(1, &tag));

@@ -54,8 +54,7 @@ std::string DoubleCall(double value) {
 }
 
 std::string GuidCall(const GUID& value) {
-    std::string text =
-        "Guid " + Hex(value.Data1, 8) + "-" + Hex(value.Data2, 4) + "-" + Hex(value.Data3, 4) + "-";
+    std::string text = "Guid " + Hex(value.Data1, 8) + "-" + Hex(value.Data2, 4) + "-" + Hex(value.Data3, 4) + "-";
     for (const unsigned char byte : value.Data4) {
         text += Hex(byte, 2);
     }

@@ -123,8 +123,8 @@ TEST(LeafArchiveTest, AStringIsSizedAsOneTextOfItsUnits) {
 }
 
 TEST(LeafArchiveTest, ValuesAreReadWithTheMatchingOperationAlone) {
-    Reading reading({"Long 00000001", "Long 00000002", "Long 00000003", "Long 00000004",
-                     "Double 0000000000000000", "Guid 00000000-0000-0000-0000000000000000", "Text \"\""});
+    Reading reading({"Long 00000001", "Long 00000002", "Long 00000003", "Long 00000004", "Double 0000000000000000",
+                     "Guid 00000000-0000-0000-0000000000000000", "Text \"\""});
     const auto read = [&](Node& leaf) { EXPECT_EQ(0, leaf.ReadFromArchive(reading.decoder, false)); };
     read(TreeOf<Integer>().GetRoot());
     read(TreeOf<Boolean>().GetRoot());

@@ -104,9 +104,9 @@ TEST(MapArchiveTest, ACountFrom32768OnTakesFourBytesAndAnotherTag) {
 
 TEST(MapArchiveTest, TheKeyOfALeafTakesOneTwoOrFourBytesAndItsTypeByte) {
     const std::pair<int, Calls> rows[] = {
-        {0, {"Long 00010180", "Long 81000000"}},         {63, {"Long 000101BF", "Long 81000000"}},
-        {64, {"Long 000101C0", "Long 40810000"}},        {8191, {"Long 000101DF", "Long FF810000"}},
-        {8192, {"Long 000101E0", "Long 00200081"}},      {0x1FFFFFFF, {"Long 000101FF", "Long FFFFFF81"}},
+        {0, {"Long 00010180", "Long 81000000"}},    {63, {"Long 000101BF", "Long 81000000"}},
+        {64, {"Long 000101C0", "Long 40810000"}},   {8191, {"Long 000101DF", "Long FF810000"}},
+        {8192, {"Long 000101E0", "Long 00200081"}}, {0x1FFFFFFF, {"Long 000101FF", "Long FFFFFF81"}},
     };
     for (const auto& [index, words] : rows) {
         const MapTree tree;
@@ -168,10 +168,11 @@ TEST(MapArchiveTest, KeysAndValuesComeInFourRuns) {
 
 TEST(MapArchiveTest, LeavesOfEveryKindStandWithTheirTypeByte) {
     const std::pair<NodeType, const char*> rows[] = {
-        {NodeTypeInteger, "Long 81000000"},    {NodeTypeGlobalID, "Long 82000000"},   {NodeTypeString, "Long 83000000"},
-        {NodeTypeDouble, "Long 84000000"},     {NodeTypeBoolean, "Long 85000000"},    {NodeTypeIntegerSet, "Long 88000000"},
-        {NodeTypeIdSet, "Long 89000000"},      {NodeTypeStringSet, "Long 8A000000"},  {NodeTypeDoubleSet, "Long 8B000000"},
-        {NodeTypeInteger64, "Long 8C000000"},
+        {NodeTypeInteger, "Long 81000000"},   {NodeTypeGlobalID, "Long 82000000"},
+        {NodeTypeString, "Long 83000000"},    {NodeTypeDouble, "Long 84000000"},
+        {NodeTypeBoolean, "Long 85000000"},   {NodeTypeIntegerSet, "Long 88000000"},
+        {NodeTypeIdSet, "Long 89000000"},     {NodeTypeStringSet, "Long 8A000000"},
+        {NodeTypeDoubleSet, "Long 8B000000"}, {NodeTypeInteger64, "Long 8C000000"},
     };
     for (const auto& [type, word] : rows) {
         const MapTree tree;
@@ -183,8 +184,10 @@ TEST(MapArchiveTest, LeavesOfEveryKindStandWithTheirTypeByte) {
 }
 
 TEST(MapArchiveTest, TheTypeByteHoldsTheLeafsOwnTemporality) {
-    const std::pair<int, const char*> rows[] = {{0, "Long 01000000"}, {1, "Long 41000000"},
-                                                {2, "Long 81000000"}, {3, "Long C1000000"}};
+    const std::pair<int, const char*> rows[] = {{0, "Long 01000000"},
+                                                {1, "Long 41000000"},
+                                                {2, "Long 81000000"},
+                                                {3, "Long C1000000"}};
     for (const auto& [t, word] : rows) {
         const MapTree tree;
         Put<Integer>(tree.GetRoot(), 0)->SetTemporality(EnumOrvGenericsTemporality(t));

@@ -32,8 +32,8 @@ TEST(MapReadTest, AZeroCountIsAnEmptyMap) {
 }
 
 TEST(MapReadTest, AllKeysStandBeforeAllValues) {
-    const MapRead read({"Long 03814182", "Long C5048300", "Long 0000002A", "Long 00000001", "Begin 0606",
-                        "Long 00000000", "End"});
+    const MapRead read(
+        {"Long 03814182", "Long C5048300", "Long 0000002A", "Long 00000001", "Begin 0606", "Long 00000000", "End"});
     EXPECT_EQ(0, read.result);
     EXPECT_EQ((Lines{": Map(tag 1, 3 children) t1", "1: Integer 42 t1", "2: Boolean true t3",
                      "4: Vector(0 children) t3"}),
@@ -155,11 +155,12 @@ TEST(MapReadTest, KindZeroOfAnyTemporalityMakesNothing) {
 
 TEST(MapReadTest, LeavesOfUnknownKindAreSkippedByTheirWords) {
     // 13 to 15 have no byte for extra words, 16 to 63 have.
-    const MapRead read({"Long 04808D81", "Long CF821002", "Long 83410000", "Long 00000001", "Long 00000002",
-                        "Long 00000006"});
+    const MapRead read(
+        {"Long 04808D81", "Long CF821002", "Long 83410000", "Long 00000001", "Long 00000002", "Long 00000006"});
     EXPECT_EQ(0, read.result);
     EXPECT_EQ((Lines{": Map(tag 1, 1 child) t1", "3: Integer 6 t1"}), read.lines);
-    const MapRead most(Calls{"Long 02803FFF", "Long 81410000"} + Repeat(255, {"Long 00000001"}) + Calls{"Long 00000006"});
+    const MapRead most(Calls{"Long 02803FFF", "Long 81410000"} + Repeat(255, {"Long 00000001"}) +
+                       Calls{"Long 00000006"});
     EXPECT_EQ(0, most.result);
     EXPECT_EQ((Lines{": Map(tag 1, 1 child) t1", "1: Integer 6 t1"}), most.lines);
     EXPECT_TRUE(most.reading.archive.player.IsOver());
@@ -170,7 +171,8 @@ TEST(MapReadTest, ObjectsOfUnknownKindAreEnteredAndLeft) {
         const MapRead read({"Long 02000100", tag, "Long 00000001", "End", "Begin 0406", "Long 00000000", "End"});
         EXPECT_EQ(0, read.result) << tag;
         EXPECT_EQ((Lines{": Map(tag 1, 1 child) t1", "1: Vector(0 children) t2"}), read.lines);
-        EXPECT_EQ((Calls{"ReadLong", "ReadObjectTag 0", "EndReadObject", "ReadObjectTag 0", "ReadLong", "EndReadObject"}),
+        EXPECT_EQ((Calls{"ReadLong", "ReadObjectTag 0", "EndReadObject", "ReadObjectTag 0", "ReadLong",
+                         "EndReadObject"}),
                   read.reading.archive.operations);
     }
 }

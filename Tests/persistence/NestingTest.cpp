@@ -102,8 +102,8 @@ TEST(NestingTest, LeavesAndSetsAreNoLevels) {
 }
 
 TEST(NestingTest, LevelsThatWereLeftDoNotCount) {
-    const Calls deep = Repeat(998, {"Begin 0406", "Long 00010000"}) + Calls{"Begin 0406", "Long 00000000"} +
-                       Repeat(999, {"End"});
+    const Calls deep =
+        Repeat(998, {"Begin 0406", "Long 00010000"}) + Calls{"Begin 0406", "Long 00000000"} + Repeat(999, {"End"});
     const auto tree = CreateGenericTree(EnumOrvObjectType{});
     EXPECT_EQ(0, Load(*tree, InEnvelope(Calls{"Begin 0406", "Long 00030000"} + Repeat(3, deep) + Calls{"End"})));
     EXPECT_EQ(3, static_cast<Composite*>(tree->GetRoot())->GetSize(TemporalityTemporary));

@@ -69,6 +69,16 @@ TEST(SetArchiveTest, TheTemporalityIsNotInTheTag) {
     EXPECT_EQ((Calls{"Begin 040B", "Long 00000000", "End"}), WriteOf(tree.GetRoot()));
 }
 
+TEST(SetArchiveTest, NansAndZerosCollapseWhenTheyAreRead) {
+    const TreeOf<DoubleSet> tree;
+    Reading reading({"Begin 040C", "Long 00000005", "Double 7FF8000000000000", "Double FFF8000000000001",
+                     "Double 8000000000000000", "Double 0000000000000000", "Double 3FF0000000000000", "End"});
+    EXPECT_EQ(0, tree.GetRoot().ReadFromArchive(reading.decoder, false));
+    EXPECT_EQ((Calls{"Begin 040C", "Long 00000003", "Double 8000000000000000", "Double 3FF0000000000000",
+                     "Double 7FF8000000000000", "End"}),
+              WriteOf(tree.GetRoot()));
+}
+
 template <class T>
 struct Sample;
 template <>

@@ -15,15 +15,14 @@ constexpr auto kMismatch = static_cast<std::int32_t>(0x8004119A);
 using Lines = std::vector<std::string>;
 
 // A map tagged 100 with a vector of two integers, a map tagged 2 of a text, and an empty map of no tag.
-const Calls kDocument =
-    InEnvelope({"Begin 0207", "Long 00640300", "Long 01020000",                               //
-                "Begin 0406", "Long 00024100", "Long 00000007", "Long 00000008", "End",       //
-                "Begin 0407", "Long 00020189", "Long 83000000", "Text \"text\"", "End",       //
-                "Begin 0407", "Long 00010000", "End",                                         //
-                "End"});
-const Lines kDocumentLines = {": Map(tag 100, 3 children) t1", "0: Vector(2 children) t2", "0:0: Integer 7 t1",
-                              "0:1: Integer 8 t1",             "1: Map(tag 2, 1 child) t2", "1:9: String \"text\" t2",
-                              "2: Map(tag 1, 0 children) t2"};
+const Calls kDocument = InEnvelope({"Begin 0207", "Long 00640300", "Long 01020000",                               //
+                                    "Begin 0406", "Long 00024100", "Long 00000007", "Long 00000008", "End",       //
+                                    "Begin 0407", "Long 00020189", "Long 83000000", "Text \"text\"", "End",       //
+                                    "Begin 0407", "Long 00010000", "End",                                         //
+                                    "End"});
+const Lines kDocumentLines = {
+    ": Map(tag 100, 3 children) t1", "0: Vector(2 children) t2", "0:0: Integer 7 t1",           "0:1: Integer 8 t1",
+    "1: Map(tag 2, 1 child) t2",     "1:9: String \"text\" t2",  "2: Map(tag 1, 0 children) t2"};
 
 KivBase::ReturnPtrI<Tree> NewTree() {
     return CreateGenericTree(EnumOrvObjectType{});
@@ -243,16 +242,16 @@ TEST(TreeLoadTest, TheRootCountsTwoChangesAndOneForATag) {
 
 TEST(TreeLoadTest, AMapsChildCountsThreeChangesAndOneForATag) {
     // Envelope 2, root 3.
-    EXPECT_EQ(8, ChangesOfLoad(*NewTree(), InEnvelope({"Begin 0407", "Long 00010180", "Long 41000000", "Long 00000007",
-                                                       "End"})));
+    EXPECT_EQ(8, ChangesOfLoad(*NewTree(),
+                               InEnvelope({"Begin 0407", "Long 00010180", "Long 41000000", "Long 00000007", "End"})));
     EXPECT_EQ(9, ChangesOfLoad(*NewTree(), InEnvelope({"Begin 0407", "Long 00010100", "Begin 0407", "Long 00020000",
                                                        "End", "End"})));
 }
 
 TEST(TreeLoadTest, AVectorsChildCountsTwoChangesAndOneForATag) {
     // Envelope 2, root 2.
-    EXPECT_EQ(8, ChangesOfLoad(*NewTree(), InEnvelope({"Begin 0406", "Long 00024100", "Long 00000007", "Long 00000008",
-                                                       "End"})));
+    EXPECT_EQ(8, ChangesOfLoad(*NewTree(),
+                               InEnvelope({"Begin 0406", "Long 00024100", "Long 00000007", "Long 00000008", "End"})));
     EXPECT_EQ(7, ChangesOfLoad(*NewTree(), InEnvelope({"Begin 0406", "Long 00010000", "Begin 0407", "Long 00020000",
                                                        "End", "End"})));
 }

@@ -45,8 +45,7 @@ TEST(VectorArchiveTest, LeavesFollowTheHeaderWithoutObjectsOfTheirOwn) {
     const VectorTree tree;
     AppendValue<Integer>(tree.GetRoot(), 5);
     AppendValue<Integer>(tree.GetRoot(), -1);
-    EXPECT_EQ((Calls{"Begin 0206", "Long 00024100", "Long 00000005", "Long FFFFFFFF", "End"}),
-              WriteOf(tree.GetRoot()));
+    EXPECT_EQ((Calls{"Begin 0206", "Long 00024100", "Long 00000005", "Long FFFFFFFF", "End"}), WriteOf(tree.GetRoot()));
 }
 
 TEST(VectorArchiveTest, TheTypeByteNamesTheKindOfTheFirstElement) {
@@ -77,8 +76,8 @@ TEST(VectorArchiveTest, SetsKeepTheirOwnObjects) {
     const VectorTree tree;
     Append<IntegerSet>(tree.GetRoot())->Add(3);
     Append<IntegerSet>(tree.GetRoot());
-    EXPECT_EQ((Calls{"Begin 0206", "Long 00024800", "Begin 040B", "Long 00000001", "Long 00000003", "End",
-                     "Begin 040B", "Long 00000000", "End", "End"}),
+    EXPECT_EQ((Calls{"Begin 0206", "Long 00024800", "Begin 040B", "Long 00000001", "Long 00000003", "End", "Begin 040B",
+                     "Long 00000000", "End", "End"}),
               WriteOf(tree.GetRoot()));
 }
 
@@ -88,8 +87,8 @@ TEST(VectorArchiveTest, CompositesOpenObjectsOfTheirOwn) {
     first->SetTemporality(TemporalityPersistent);
     AppendValue<Boolean>(*first, true);
     Append<Vector>(tree.GetRoot())->SetTemporality(TemporalityPersistent);
-    EXPECT_EQ((Calls{"Begin 0206", "Long 00020000", "Begin 0406", "Long 00014500", "Long 00000001", "End",
-                     "Begin 0406", "Long 00000000", "End", "End"}),
+    EXPECT_EQ((Calls{"Begin 0206", "Long 00020000", "Begin 0406", "Long 00014500", "Long 00000001", "End", "Begin 0406",
+                     "Long 00000000", "End", "End"}),
               WriteOf(tree.GetRoot()));
 }
 

@@ -87,21 +87,21 @@ TEST(VectorReadTest, ACompositesTagMayCallForALongCount) {
     const VectorRead vectors({"Long 00010000", "Begin 05FE", "Long 00000001", "Long 41000000", "Long 00000009", "End"});
     EXPECT_EQ(0, vectors.result);
     EXPECT_EQ((Lines{": Vector(1 child) t1", "0: Vector(1 child) t2", "0:0: Integer 9 t1"}), vectors.lines);
-    const VectorRead maps(
-        {"Long 00010000", "Begin 05FF", "Long 00010000", "Long 00018041", "Long 00000009", "End"});
+    const VectorRead maps({"Long 00010000", "Begin 05FF", "Long 00010000", "Long 00018041", "Long 00000009", "End"});
     EXPECT_EQ(0, maps.result);
     EXPECT_EQ((Lines{": Vector(1 child) t1", "0: Map(tag 1, 1 child) t2", "0:0: Integer 9 t1"}), maps.lines);
 }
 
 TEST(VectorReadTest, WhatAnObjectHoldsBeyondTheNodeIsLeftUnread) {
-    const VectorRead read({"Long 00020000", "Begin 0406", "Long 00000000", "Text \"later\"", "Begin 0001", "End",
-                           "End", "Begin 0406", "Long 00000000", "End"});
+    const VectorRead read({"Long 00020000", "Begin 0406", "Long 00000000", "Text \"later\"", "Begin 0001", "End", "End",
+                           "Begin 0406", "Long 00000000", "End"});
     EXPECT_EQ(0, read.result);
     EXPECT_EQ((Lines{": Vector(2 children) t1", "0: Vector(0 children) t2", "1: Vector(0 children) t2"}), read.lines);
 }
 
 TEST(VectorReadTest, ALeafMayComeAsAnObject) {
-    const VectorRead read({"Long 00020000", "Begin 0401", "Long 00000005", "End", "Begin 0601", "Long 00000006", "End"});
+    const VectorRead read(
+        {"Long 00020000", "Begin 0401", "Long 00000005", "End", "Begin 0601", "Long 00000006", "End"});
     EXPECT_EQ(0, read.result);
     EXPECT_EQ((Lines{": Vector(2 children) t1", "0: Integer 5 t2", "1: Integer 6 t3"}), read.lines);
 }
@@ -139,7 +139,8 @@ TEST(VectorReadTest, AMissingObjectIsAMismatch) {
 // kept-on-purpose: unknown-kinds-skipped
 TEST(VectorReadTest, LeavesOfUnknownKindAreSkippedByTheirWords) {
     for (const char* header : {"Long 00028D02", "Long 00021002", "Long 0002FF02"}) {
-        const VectorRead read({header, "Long 00000001", "Long 00000002", "Long 00000003", "Long 00000004", "Text \"\""});
+        const VectorRead read(
+            {header, "Long 00000001", "Long 00000002", "Long 00000003", "Long 00000004", "Text \"\""});
         EXPECT_EQ(0, read.result) << header;
         EXPECT_EQ(Lines{": Vector(0 children) t1"}, read.lines);
         EXPECT_EQ(5, read.reading.archive.counter.GetCount());
@@ -180,8 +181,8 @@ TEST(VectorReadTest, VectorsInALeafCodeAreReadInlineWithShortCounts) {
 }
 
 TEST(VectorReadTest, MapsInALeafCodeAreReadInlineEachWithItsSemanticTag) {
-    const VectorRead read({"Long 00024700", "Long 00640181", "Long 41000000", "Long 00000009", "Long 80008000",
-                           "Long 00000000"});
+    const VectorRead read(
+        {"Long 00024700", "Long 00640181", "Long 41000000", "Long 00000009", "Long 80008000", "Long 00000000"});
     EXPECT_EQ(0, read.result);
     EXPECT_EQ((Lines{": Vector(2 children) t1", "0: Map(tag 100, 1 child) t1", "0:1: Integer 9 t1",
                      "1: Map(tag 32768, 0 children) t1"}),
