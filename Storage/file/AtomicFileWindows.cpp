@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include "file/PathText.h"
+#include "file/SystemPathWindows.h"
 #include "format/Failure.h"
 
 namespace KivStorage {
@@ -22,10 +23,20 @@ bool IsPassing(DWORD error) noexcept {
     return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED || error == ERROR_LOCK_VIOLATION;
 }
 
+/// One step, in which the old file gives way to the new one. ERROR_SUCCESS or the system's error.
+DWORD PutInPlace(const wchar_t* from, const wchar_t* to, bool replaces) noexcept {
+    // This keeps the old file's attributes and access rights, and works below those who read it, but wants it to be there.
+    if (replaces && ::ReplaceFileW(to, from, nullptr, 0, nullptr, nullptr) != 0) {
+        return ERROR_SUCCESS;
+    }
+    const BOOL done = ::MoveFileExW(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+    return done != 0 ? ERROR_SUCCESS : ::GetLastError();
+}
+
 }  // namespace
 
 Result AtomicFile::CheckTarget() {
-    const DWORD attributes = ::GetFileAttributesW(target_.c_str());
+    const DWORD attributes = ::GetFileAttributesW(SystemPath(target_).c_str());
     replaces_ = attributes != INVALID_FILE_ATTRIBUTES;
     if (replaces_ && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) != 0) {
         return Fail(StorageNotAFile, FilePlace(path_));
@@ -35,7 +46,7 @@ Result AtomicFile::CheckTarget() {
 
 /// A success without a handle: the name is taken.
 Result AtomicFile::CreateTemporary() {
-    const HANDLE handle = ::CreateFileW(temporary_.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
+    const HANDLE handle = ::CreateFileW(SystemPath(temporary_).c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
                                         FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle == INVALID_HANDLE_VALUE) {
         const DWORD error = ::GetLastError();
@@ -73,26 +84,18 @@ Result AtomicFile::Replace() {
     if (closed == 0) {
         return Failure(StorageFileNotWritten, static_cast<int>(::GetLastError()));
     }
-    DWORD error = 0;
-    for (int tries = 0; tries < kMaxTries; ++tries) {
-        // ReplaceFile keeps the old file's attributes and access rights, but wants an old file to be there.
-        BOOL done =
-            replaces_ ? ::ReplaceFileW(target_.c_str(), temporary_.c_str(), nullptr, 0, nullptr, nullptr) : FALSE;
-        if (done == 0) {
-            done =
-                ::MoveFileExW(temporary_.c_str(), target_.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
-        }
-        if (done != 0) {
-            temporary_.clear();
-            return {};
-        }
-        error = ::GetLastError();
-        if (!IsPassing(error)) {
-            break;
-        }
+    const std::wstring from = SystemPath(temporary_);
+    const std::wstring to = SystemPath(target_);
+    DWORD error = PutInPlace(from.c_str(), to.c_str(), replaces_);
+    for (int tries = 1; tries < kMaxTries && IsPassing(error); ++tries) {
         ::Sleep(kPauseMilliseconds);
+        error = PutInPlace(from.c_str(), to.c_str(), replaces_);
     }
-    return Failure(StorageFileNotReplaced, static_cast<int>(error));
+    if (error != ERROR_SUCCESS) {
+        return Failure(StorageFileNotReplaced, static_cast<int>(error));
+    }
+    temporary_.clear();
+    return {};
 }
 
 void AtomicFile::RemoveTemporary() noexcept {
@@ -100,7 +103,7 @@ void AtomicFile::RemoveTemporary() noexcept {
         ::CloseHandle(Handle(handle_));
     }
     if (!temporary_.empty()) {
-        ::DeleteFileW(temporary_.c_str());
+        ::DeleteFileW(SystemPath(temporary_).c_str());
     }
 }
 

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include "file/PathText.h"
+#include "file/SystemPathWindows.h"
 #include "format/Failure.h"
 
 namespace KivStorage {
@@ -18,12 +19,13 @@ HANDLE Handle(std::intptr_t handle) noexcept {
 
 Result InputFile::Open(const std::filesystem::path& path) {
     path_ = path;
-    const DWORD attributes = ::GetFileAttributesW(path.c_str());
+    const std::wstring name = SystemPath(path);
+    const DWORD attributes = ::GetFileAttributesW(name.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
         return Fail(StorageNotAFile, FilePlace(path_));
     }
     // Those who replace the file meanwhile are not held up: what is open here stays the old one.
-    const HANDLE handle = ::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
+    const HANDLE handle = ::CreateFileW(name.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
                                         OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
     if (handle == INVALID_HANDLE_VALUE) {
         const DWORD error = ::GetLastError();

@@ -10,7 +10,7 @@ std::string FilePlace(const std::filesystem::path& path) {
 }
 
 std::string FilePlace(const std::filesystem::path& path, const std::error_code& error) {
-    return FilePlace(path) + ": " + error.message();
+    return FilePlace(path) + ": " + SystemText(error);
 }
 
 }  // namespace KivStorage

@@ -218,4 +218,24 @@ TEST(FileStreamPosixTest, SignalsDoNotDisturbASave) {
     EXPECT_EQ(500164u, ReadFile(folder / "tree").size());
 }
 
+TEST(FileStreamPosixTest, TheSystemsOwnWordsArePartOfTheSentence) {
+    const Folder folder;
+    const auto path = folder.GetPath() / "missing" / "tree";
+    EXPECT_EQ("No temporary file can be made beside the file (file \"" + path.string() +
+                  "\": No such file or directory). Check that its folder exists and that you may write there. "
+                  "The old file stands.",
+              FileWriteStream::Create(path)->GetError().sentence);
+    EXPECT_EQ("There is no such file (file \"" + path.string() + "\": No such file or directory). Check its name.",
+              FileReadStream::Create(path)->GetError().sentence);
+}
+
+TEST(FileStreamPosixTest, ANameAsLongAsTheFolderTakesIsSaved) {
+    const Folder folder;
+    const std::string name(255, 'n');
+    EXPECT_EQ("", Save(folder.GetPath() / name, 6).sentence);
+    EXPECT_EQ(24u + 12u + 30u + 44u, ReadFile(folder.GetPath() / name).size());
+    EXPECT_EQ(StorageFileNotCreated, Save(folder.GetPath() / (name + "n"), 6).code);
+    EXPECT_EQ(Names{name}, folder.GetNames());
+}
+
 }  // namespace

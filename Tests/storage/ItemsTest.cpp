@@ -16,14 +16,6 @@ namespace {
 
 const GUID kId = {0x12345678, 0x9ABC, 0xDEF0, {1, 2, 3, 4, 5, 6, 7, 8}};
 
-VARIANT LongVariant(std::int32_t value) {
-    VARIANT variant;
-    VariantInit(&variant);
-    variant.vt = 3;
-    variant.llVal = value;
-    return variant;
-}
-
 /// The bytes of the items that `put` writes, without the framing around one block.
 std::string ItemBytes(const std::function<void(MemoryWriteStream&)>& put) {
     const auto stream = MemoryWriteStream::Create();
@@ -77,8 +69,8 @@ const Getter kGetters[] = {
      }},
     {"variant",
      [](MemoryReadStream& s) {
-         VARIANT v;
-         return s.GetVariant(&v);
+         Variant v;
+         return s.GetVariant(v);
      }},
     {"object",
      [](MemoryReadStream& s) {
@@ -124,17 +116,50 @@ TEST(ItemsTest, AGuidIsItsTypeAndSixteenBytes) {
 }
 
 TEST(ItemsTest, AVariantIsItsTypeAndItsValueWithoutTheBytesThatItsTypeDoesNotUse) {
-    VARIANT variant = LongVariant(5);
-    variant.llVal |= 0x7700000000LL;
-    EXPECT_EQ("06 03 00 05 00 00 00 00 00 00 00", ItemBytes([&](auto& s) { s.PutVariant(&variant); }));
-    variant.vt = 20;
-    EXPECT_EQ("06 14 00 05 00 00 00 77 00 00 00", ItemBytes([&](auto& s) { s.PutVariant(&variant); }));
-    variant.vt = 0;
-    EXPECT_EQ("06 00 00 00 00 00 00 00 00 00 00", ItemBytes([&](auto& s) { s.PutVariant(&variant); }));
-    variant.vt = 17;
-    EXPECT_EQ("06 11 00 05 00 00 00 00 00 00 00", ItemBytes([&](auto& s) { s.PutVariant(&variant); }));
-    variant.vt = 11;
-    EXPECT_EQ("06 0B 00 05 00 00 00 00 00 00 00", ItemBytes([&](auto& s) { s.PutVariant(&variant); }));
+    const auto bytesOf = [](std::uint16_t type) {
+        Variant variant(type, 0x7700000605ULL);
+        return ItemBytes([&](auto& s) { s.PutVariant(variant); });
+    };
+    EXPECT_EQ("06 00 00 00 00 00 00 00 00 00 00", bytesOf(0));
+    EXPECT_EQ("06 01 00 00 00 00 00 00 00 00 00", bytesOf(1));
+    EXPECT_EQ("06 11 00 05 00 00 00 00 00 00 00", bytesOf(17));
+    EXPECT_EQ("06 0B 00 05 06 00 00 00 00 00 00", bytesOf(11));
+    EXPECT_EQ("06 03 00 05 06 00 00 00 00 00 00", bytesOf(3));
+    EXPECT_EQ("06 14 00 05 06 00 00 77 00 00 00", bytesOf(20));
+}
+
+TEST(ItemsTest, AVariantOfEveryPlainTypeComesBack) {
+    const struct {
+        std::uint16_t type;
+        std::uint64_t value;
+        std::uint64_t mask;  // the bytes that the type uses
+    } rows[] = {{0, 0, 0},
+                {1, 0, 0},
+                {2, 0xFFFE, 0xFFFF},
+                {3, 0xFFFFFFFE, 0xFFFFFFFF},
+                {4, 0x3F800000, 0xFFFFFFFF},
+                {5, 1ULL << 62, ~0ULL},
+                {6, ~0ULL, ~0ULL},
+                {7, 1, ~0ULL},
+                {10, 0x80004005, 0xFFFFFFFF},
+                {11, 0xFFFF, 0xFFFF},
+                {16, 0x80, 0xFF},
+                {17, 0xFF, 0xFF},
+                {18, 0xFFFF, 0xFFFF},
+                {19, 0xFFFFFFFF, 0xFFFFFFFF},
+                {20, 1ULL << 63, ~0ULL},
+                {21, ~0ULL, ~0ULL},
+                {22, 0x7FFFFFFF, 0xFFFFFFFF},
+                {23, 0xFFFFFFFF, 0xFFFFFFFF}};
+    for (const auto& row : rows) {
+        const auto out = MemoryWriteStream::Create();
+        ASSERT_EQ(0, out->PutVariant(Variant(row.type, row.value))) << row.type;
+        ASSERT_TRUE(out->Finish().Ok());
+        Variant back(9, ~0ULL);
+        ASSERT_EQ(0, Read(out->GetBytes())->GetVariant(back)) << row.type;
+        EXPECT_EQ(row.type, back.GetType());
+        EXPECT_EQ(row.value, back.GetValue() & row.mask) << row.type;
+    }
 }
 
 TEST(ItemsTest, AnObjectIsItsTagItsItemsAndItsEnd) {
@@ -147,13 +172,13 @@ TEST(ItemsTest, AnObjectIsItsTagItsItemsAndItsEnd) {
 
 TEST(ItemsTest, EveryValueComesBack) {
     const auto out = MemoryWriteStream::Create();
-    VARIANT variant = LongVariant(-9);
+    Variant variant(3, 0xFFFFFFF7);
     EXPECT_EQ(0, out->PutLong(std::numeric_limits<std::int32_t>::min()));
     EXPECT_EQ(0, out->PutDouble(-0.0));
     EXPECT_EQ(0, out->PutShort(65535));
     EXPECT_EQ(0, out->PutWideString(u"a\0b", 3));
     EXPECT_EQ(0, out->PutGUID(kId));
-    EXPECT_EQ(0, out->PutVariant(&variant));
+    EXPECT_EQ(0, out->PutVariant(variant));
     EXPECT_EQ(0, out->PutBeginObject(0));
     EXPECT_EQ(0, out->PutEndObject());
     ASSERT_TRUE(out->Finish().Ok());
@@ -178,10 +203,10 @@ TEST(ItemsTest, EveryValueComesBack) {
     GUID id = {};
     EXPECT_EQ(0, in->GetGUID(&id));
     EXPECT_EQ(0, KivBase::CompareGUID(kId, id));
-    VARIANT back;
-    EXPECT_EQ(0, in->GetVariant(&back));
-    EXPECT_EQ(3, back.vt);
-    EXPECT_EQ(-9, static_cast<std::int32_t>(back.llVal));
+    Variant back;
+    EXPECT_EQ(0, in->GetVariant(back));
+    EXPECT_EQ(3, back.GetType());
+    EXPECT_EQ(0xFFFFFFF7u, static_cast<std::uint32_t>(back.GetValue()));
     std::uint16_t tag = 77;
     EXPECT_EQ(0, in->GetObjectTag(&tag));
     EXPECT_EQ(0, tag);
@@ -273,12 +298,12 @@ TEST(ItemsTest, AnItemThatTheEndCutsOffIsRefused) {
 }
 
 TEST(ItemsTest, AVariantOfAnUnknownTypeOrWithBitsBeyondItsTypeIsRefused) {
-    VARIANT variant = LongVariant(1);
+    Variant variant(3, 1);
     for (const char* hex : {"06 08 00 00 00 00 00 00 00 00 00", "06 03 00 00 00 00 00 01 00 00 00",
                             "06 01 00 01 00 00 00 00 00 00 00", "06 03 40 00 00 00 00 00 00 00 00"}) {
         const Bytes bytes = Items(hex, 1);
-        EXPECT_EQ(StorageUnsupportedVariant, Read(bytes)->GetVariant(&variant));
-        EXPECT_EQ(1, variant.llVal);
+        EXPECT_EQ(StorageUnsupportedVariant, Read(bytes)->GetVariant(variant));
+        EXPECT_EQ(1u, variant.GetValue());
     }
 }
 

@@ -27,8 +27,7 @@ Bytes Nested(std::size_t depth) {
 TEST(ObjectsTest, EndingAnObjectSkipsValuesOfEveryTypeAndNestedObjects) {
     const auto out = MemoryWriteStream::Create();
     const GUID id = {1, 2, 3, {4}};
-    VARIANT variant;
-    VariantInit(&variant);
+    Variant variant;
     out->PutBeginObject(1);
     out->PutLong(1);
     out->PutBeginObject(2);
@@ -38,7 +37,7 @@ TEST(ObjectsTest, EndingAnObjectSkipsValuesOfEveryTypeAndNestedObjects) {
     out->PutWideString(u"skipped", 7);
     out->PutEndObject();
     out->PutGUID(id);
-    out->PutVariant(&variant);
+    out->PutVariant(variant);
     out->PutEndObject();
     out->PutLong(2);
     out->PutEndObject();
@@ -276,11 +275,9 @@ TEST(ObjectsTest, NullPlacesAreRefused) {
 }
 
 TEST(ObjectsTest, AVariantThatPointsSomewhereIsRefused) {
-    VARIANT variant;
-    VariantInit(&variant);
-    for (const int type : {8, 9, 12, 13, 14, 36, 0x4003, 0x2003}) {
-        variant.vt = static_cast<decltype(variant.vt)>(type);
-        EXPECT_EQ(StorageUnsupportedVariant, MemoryWriteStream::Create()->PutVariant(&variant)) << type;
+    const std::uint16_t types[] = {8, 9, 12, 13, 14, 36, 0x4003, 0x2003};
+    for (const std::uint16_t type : types) {
+        EXPECT_EQ(StorageUnsupportedVariant, MemoryWriteStream::Create()->PutVariant(Variant(type))) << type;
     }
 }
 

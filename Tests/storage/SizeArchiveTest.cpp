@@ -31,8 +31,7 @@ void ExpectExact(Tree* tree, bool withTransient = false) {
 TEST(SizeArchiveTest, EveryOperationCountsItsItem) {
     SizeArchive size;
     const GUID id = {};
-    VARIANT variant;
-    VariantInit(&variant);
+    Variant variant;
     EXPECT_EQ(68u, size.GetBytes());
     EXPECT_EQ(0u, size.GetBlocks());
     EXPECT_EQ(0, size.WriteShort(1));
@@ -50,7 +49,7 @@ TEST(SizeArchiveTest, EveryOperationCountsItsItem) {
     EXPECT_EQ(80u + 55u, size.GetBytes());
     EXPECT_EQ(0, size.WriteString(u"ab"));
     EXPECT_EQ(80u + 64u, size.GetBytes());
-    EXPECT_EQ(0, size.WriteVariant(&variant));
+    EXPECT_EQ(0, size.WriteVariant(variant));
     EXPECT_EQ(80u + 75u, size.GetBytes());
     EXPECT_EQ(0, size.BeginObject(1));
     EXPECT_EQ(80u + 78u, size.GetBytes());
@@ -61,10 +60,7 @@ TEST(SizeArchiveTest, EveryOperationCountsItsItem) {
 
 TEST(SizeArchiveTest, WhatAStreamRefusesIsNotCounted) {
     SizeArchive size;
-    VARIANT variant;
-    VariantInit(&variant);
-    variant.vt = 8;
-    EXPECT_EQ(StorageUnsupportedVariant, size.WriteVariant(&variant));
+    EXPECT_EQ(StorageUnsupportedVariant, size.WriteVariant(Variant(8)));
     EXPECT_EQ(StorageNullPointer, size.WriteVariant(nullptr));
     EXPECT_EQ(StorageNullPointer, size.WriteWideString(nullptr, 1));
     EXPECT_EQ(0u, size.GetItems());

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 
@@ -114,6 +115,23 @@ Bytes FromHex(const std::string& hex) {
         }
     }
     return bytes;
+}
+
+Variant::Variant(std::uint16_t type, std::uint64_t value) {
+    std::memcpy(bytes_, &type, sizeof type);
+    std::memcpy(bytes_ + 8, &value, sizeof value);
+}
+
+std::uint16_t Variant::GetType() const {
+    std::uint16_t type = 0;
+    std::memcpy(&type, bytes_, sizeof type);
+    return type;
+}
+
+std::uint64_t Variant::GetValue() const {
+    std::uint64_t value = 0;
+    std::memcpy(&value, bytes_ + 8, sizeof value);
+    return value;
 }
 
 Bytes Join(const std::vector<Bytes>& parts) {

@@ -43,6 +43,19 @@ Bytes Text(const char* text);
 std::string ToHex(const Bytes& bytes);
 Bytes FromHex(const std::string& hex);
 
+/// A variant whose type is complete nowhere: its type's number and its value, as they lie in every system's record.
+class Variant {
+public:
+    explicit Variant(std::uint16_t type = 0, std::uint64_t value = 0);
+    operator VARIANT*() { return reinterpret_cast<VARIANT*>(bytes_); }
+
+    std::uint16_t GetType() const;
+    std::uint64_t GetValue() const;
+
+private:
+    alignas(8) unsigned char bytes_[24] = {};
+};
+
 /// A file with header, blocks and trailer around these items, made by an implementation of its own.
 Bytes Frame(const Bytes& items, std::uint64_t count, std::size_t blockPayload = 65524);
 /// One item's bytes after another.
