@@ -1,0 +1,198 @@
+#include <functional>
+#include <new>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <KivGenerics/Integer.h>
+#include <KivGenerics/Map.h>
+#include <KivGenerics/String.h>
+#include <KivGenerics/Vector.h>
+
+#include "core/Invariants.h"
+#include "support/Kinds.h"
+#include "support/TestBuffer.h"
+#include "support/TestTree.h"
+
+using namespace KivGenerics;
+using KivTests::BufferLog;
+using KivTests::kAllKinds;
+using KivTests::NewTree;
+using KivTests::TestBuffers;
+
+namespace {
+
+class OutOfMemoryTest : public ::testing::Test {
+protected:
+    TestBuffers buffers;
+    KivBase::ReturnPtrI<Tree> tree = NewTree();
+    KivBase::ReturnPtrI<Tree> other = NewTree();
+    Map* root = static_cast<Map*>(tree->NewRoot(NodeTypeMap));
+    Integer* leaf = static_cast<Integer*>(root->NewNode(0, NodeTypeInteger));
+    Vector* vector = static_cast<Vector*>(root->NewNode(1, NodeTypeVector));
+    Map* source = static_cast<Map*>(other->NewRoot(NodeTypeMap));
+
+    void SetUp() override {
+        leaf->Set(5);
+        vector->Add(NodeTypeInteger);
+        source->NewNode(0, NodeTypeString);
+        source->NewNode(100, NodeTypeInteger);
+    }
+
+    struct Row {
+        const char* name;
+        std::function<Node*()> create;
+    };
+    /// Operations that make a node, none of which finds one waiting.
+    std::vector<Row> Creations() {
+        return {
+            {"NewRoot", [this] { return tree->NewRoot(NodeTypeDouble); }},
+            {"NewRoot keeping", [this] { return tree->NewRoot(NodeTypeVector, true); }},
+            {"NewNode in a slot", [this] { return root->NewNode(3, NodeTypeDouble); }},
+            {"NewNode over a child", [this] { return root->NewNode(0, NodeTypeDouble); }},
+            {"NewNode keeping", [this] { return root->NewNode(0, NodeTypeVector, true); }},
+            {"NewNode in the overflow store", [this] { return root->NewNode(100, NodeTypeDouble); }},
+            {"NewNode in a vector", [this] { return vector->NewNode(1, NodeTypeDouble); }},
+            {"NewNode over an element", [this] { return vector->NewNode(0, NodeTypeDouble); }},
+            {"NewNode keeping an element", [this] { return vector->NewNode(0, NodeTypeMap, true); }},
+            {"Add", [this] { return vector->Add(NodeTypeInteger); }},
+            {"Insert", [this] { return vector->Insert(0, NodeTypeMap); }},
+            {"AddCopy", [this] { return vector->AddCopy(leaf); }},
+            {"InsertCopy", [this] { return vector->InsertCopy(0, source); }},
+            {"ReplaceWithCopy", [this] { return root->ReplaceWithCopy(0, source); }},
+        };
+    }
+
+    void ExpectAsBefore(const char* name) {
+        EXPECT_EQ(tree->GetRoot(), root) << name;
+        EXPECT_EQ(root->GetSize(TemporalityTemporary), 2) << name;
+        EXPECT_EQ(root->Get(0), leaf) << name;
+        EXPECT_EQ(leaf->GetParent(), root) << name;
+        EXPECT_EQ(leaf->Get(), 5) << name;
+        EXPECT_EQ(root->Get(1), vector) << name;
+        EXPECT_EQ(vector->GetSize(TemporalityTemporary), 1) << name;
+        EXPECT_EQ(CheckInvariants(root), 0) << name;
+    }
+};
+
+}  // namespace
+
+TEST_F(OutOfMemoryTest, WhereTheBufferThrowsCreatingThrowsAndTheTreeStaysAsItWas) {
+    for (const Row& row : Creations()) {
+        buffers.FailAfter(0, BufferLog::Refusal::Throw);
+        EXPECT_THROW(row.create(), std::bad_alloc) << row.name;
+        buffers.Recover();
+        ExpectAsBefore(row.name);
+    }
+    EXPECT_NE(root->NewNode(3, NodeTypeDouble), nullptr);
+    EXPECT_NE(vector->Add(NodeTypeInteger), nullptr);
+    EXPECT_EQ(CheckInvariants(root), 0);
+}
+
+TEST_F(OutOfMemoryTest, WhereTheBufferAnswersNullCreatingAnswersNullAndTheTreeStaysAsItWas) {
+    for (const Row& row : Creations()) {
+        buffers.FailAfter(0, BufferLog::Refusal::AnswerNull);
+        EXPECT_EQ(row.create(), nullptr) << row.name;
+        buffers.Recover();
+        ExpectAsBefore(row.name);
+    }
+    EXPECT_NE(root->NewNode(3, NodeTypeDouble), nullptr);
+    EXPECT_EQ(CheckInvariants(root), 0);
+}
+
+TEST_F(OutOfMemoryTest, EveryKindIsRefusedAlikeAndMadeAfterwards) {
+    for (const NodeType kind : kAllKinds) {
+        const auto fresh = NewTree();
+        buffers.FailAfter(0, BufferLog::Refusal::Throw);
+        EXPECT_THROW(fresh->NewRoot(kind), std::bad_alloc) << kind;
+        buffers.FailAfter(0, BufferLog::Refusal::AnswerNull);
+        EXPECT_EQ(fresh->NewRoot(kind), nullptr) << kind;
+        EXPECT_TRUE(fresh->IsEmpty()) << kind;
+        buffers.Recover();
+        EXPECT_NE(fresh->NewRoot(kind), nullptr) << kind;
+    }
+}
+
+TEST_F(OutOfMemoryTest, AWaitingNodeNeedsNoMemory) {
+    root->Remove(0);
+    buffers.FailAfter(0, BufferLog::Refusal::Throw);
+    EXPECT_EQ(root->NewNode(0, NodeTypeInteger), leaf);
+    buffers.Recover();
+}
+
+TEST_F(OutOfMemoryTest, AnOverflowStoreThatCannotBeMadeLeavesTheMapAsItWas) {
+    for (const auto refusal : {BufferLog::Refusal::Throw, BufferLog::Refusal::AnswerNull}) {
+        // The node is served; then the store is not, or its entry is not.
+        for (int served = 1; served <= 2; ++served) {
+            const auto fresh = NewTree();
+            auto* const map = static_cast<Map*>(fresh->NewRoot(NodeTypeMap));
+            buffers.FailAfter(served, refusal);
+            EXPECT_THROW(map->NewNode(100, NodeTypeDouble), std::bad_alloc);
+            buffers.Recover();
+            EXPECT_TRUE(map->IsEmpty());
+            EXPECT_EQ(map->HasOverflow(), served == 2);
+            EXPECT_EQ(CheckInvariants(map), 0);
+            Node* const node = map->NewNode(100, NodeTypeDouble);
+            EXPECT_EQ(map->Get(100), node);
+            EXPECT_EQ(CheckInvariants(map), 0);
+        }
+    }
+}
+
+TEST_F(OutOfMemoryTest, AMoveIntoTheStoreThatFailsLeavesTheNodeWhereItWas) {
+    for (int served = 0; served <= 1; ++served) {
+        buffers.FailAfter(served, BufferLog::Refusal::Throw);
+        EXPECT_THROW(root->Move(100, leaf), std::bad_alloc);
+        buffers.Recover();
+        ExpectAsBefore("Move");
+        EXPECT_EQ(leaf->GetIndex(), 0);
+    }
+    root->Move(100, leaf);
+    EXPECT_EQ(root->Get(100), leaf);
+}
+
+TEST_F(OutOfMemoryTest, ACopyThatFailsLeavesAUsableTree) {
+    for (const auto refusal : {BufferLog::Refusal::Throw, BufferLog::Refusal::AnswerNull}) {
+        for (int served = 0;; ++served) {
+            const auto target = NewTree();
+            buffers.FailAfter(served, refusal);
+            try {
+                target->CopyFromTree(other.Get());
+            } catch (const std::bad_alloc&) {
+                // Expected on most rounds; what matters is what is left.
+            }
+            const bool enough = buffers.log.served != 0;
+            buffers.Recover();
+            if (target->GetRoot() != nullptr) {
+                EXPECT_EQ(CheckInvariants(target->GetRoot()), 0) << served;
+            }
+            Node* const copy = target->CopyFromTree(other.Get());
+            ASSERT_NE(copy, nullptr);
+            EXPECT_EQ(copy->Compare(source, TemporalityTemporary, true), 0) << served;
+            if (enough) {
+                EXPECT_GE(served, 3);
+                break;
+            }
+        }
+    }
+}
+
+TEST_F(OutOfMemoryTest, ATextThatCannotGrowKeepsItsOldValue) {
+    auto* const text = static_cast<String*>(root->NewNode(2, NodeTypeString));
+    text->Set(u"old");
+    const KivBase::WString longText(1000, u'x');
+    for (const auto refusal : {BufferLog::Refusal::Throw, BufferLog::Refusal::AnswerNull}) {
+        buffers.FailAfter(0, refusal);
+        EXPECT_THROW(text->Set(longText), std::bad_alloc);
+        buffers.Recover();
+        EXPECT_EQ(KivBase::WString(text->Get()), u"old");
+    }
+    text->Set(longText);
+    EXPECT_EQ(text->GetLength(), 1000U);
+}
+
+TEST_F(OutOfMemoryTest, ATreeOfTheForestNeedsNoMemoryOfTheBuffer) {
+    buffers.FailAfter(0, BufferLog::Refusal::Throw);
+    EXPECT_TRUE(tree->CreateTreeInForest());
+    buffers.Recover();
+}
