@@ -125,8 +125,10 @@ private:
     }
 
     void* AllocateApart(std::size_t size, std::size_t alignment) {
+        constexpr auto kMost = static_cast<std::size_t>((std::numeric_limits<std::ptrdiff_t>::max)());
         const std::size_t before = GetRoomBefore(alignment);
-        if (size > static_cast<std::size_t>((std::numeric_limits<std::ptrdiff_t>::max)()) - before) {
+        // Nothing larger exists; without the first test an absurd alignment would turn the second one round.
+        if (before > kMost || size > kMost - before) {
             throw std::bad_alloc();
         }
         const std::size_t reserved = before + size;
