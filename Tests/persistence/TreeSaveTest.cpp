@@ -119,6 +119,17 @@ TEST_F(TreeSaveTest, TemporalitiesAreBroughtUpToDateFirst) {
               SaveOf(GetTree(), false));
 }
 
+TEST_F(TreeSaveTest, AChangeBelowACompositeSinceTheLastCalculationCounts) {
+    auto* const vector = static_cast<Vector*>(GetRoot().Get(0));
+    vector->SetTemporality(TemporalityDefault);
+    GetTree().UpdateDerivedTemporality();
+    vector->Get(0)->SetTemporality(TemporalityTransient);
+    EXPECT_EQ(kEnvelope, SaveOf(GetTree(), false));
+    vector->Get(0)->SetTemporality(TemporalityPersistent);
+    EXPECT_EQ(InEnvelope({"Begin 0207", "Long 00640100", "Begin 0206", "Long 00018100", "Long 00000007", "End", "End"}),
+              SaveOf(GetTree(), false));
+}
+
 TEST_F(TreeSaveTest, TheTreeIsReadOnlyWhileItsRootIsWritten) {
     RecordingArchive archive;
     std::vector<bool> readOnly;

@@ -190,6 +190,15 @@ TEST(VectorReadTest, MapsInALeafCodeAreReadInlineEachWithItsSemanticTag) {
     EXPECT_EQ(Repeat(6, {"ReadLong"}), read.reading.archive.operations);
 }
 
+TEST(VectorReadTest, AfterALongCountElementsStartAFreshWord) {
+    const VectorRead inlined({"Long 00000001", "Long 87001234", "Long 00640000"}, true);
+    EXPECT_EQ(0, inlined.result);
+    EXPECT_EQ((Lines{": Vector(1 child) t1", "0: Map(tag 100, 0 children) t2"}), inlined.lines);
+    const VectorRead objects({"Long 00000001", "Long 00001234", "Begin 0407", "Long 00640000", "End"}, true);
+    EXPECT_EQ(0, objects.result);
+    EXPECT_EQ((Lines{": Vector(1 child) t1", "0: Map(tag 100, 0 children) t2"}), objects.lines);
+}
+
 TEST(VectorReadTest, AHugeCountWithNothingBehindItFailsPromptlyWithoutReservingMemory) {
     // By type code: integers, texts, sets, inline vectors and maps, unknown kinds with a word, objects.
     for (const char* code : {"Long 41000000", "Long 43000000", "Long 46000000", "Long 47000000", "Long 8D010000"}) {
