@@ -145,6 +145,30 @@ TEST_F(CompositeCompareTest, TagsDecideBeforeChildren) {
     EXPECT_EQ(-1, CompareAt(right, left));
 }
 
+TEST_F(CompositeCompareTest, TheOtherSidesChildrenAreShownByTheirOwnTemporalityUpToTheCompared) {
+    const int rows[][3] = {
+        // the compared temporality, the children's own, and the result for 1 against 2
+        {2, 2, -1}, {2, 3, 0}, {2, 4, 0},  {3, 2, -1}, {3, 3, -1}, {3, 4, 0},
+        {4, 4, -1}, {4, 5, 0}, {1, 4, -1}, {0, 4, -1}, {5, 4, -1}, {5, 5, 0},
+    };
+    Map* const left = NewMap();
+    Map* const right = NewMap();
+    NodeAccess::SetDerived(*left, TemporalityReserved);
+    NodeAccess::SetDerived(*right, TemporalityPersistent);
+    for (const int index : {0, 40}) {
+        left->Clear();
+        right->Clear();
+        for (const auto& row : rows) {
+            for (Map* const map : {left, right}) {
+                Node* const child = Put(map, index, map == left ? 1 : 2);
+                child->SetTemporality(T(row[1]));
+                NodeAccess::SetDerived(*child, TemporalityReserved);
+            }
+            EXPECT_EQ(row[2], CompareAt(left, right, T(row[0]))) << row[0] << " with children of " << row[1];
+        }
+    }
+}
+
 TEST_F(CompositeCompareTest, NestedCompositesAreComparedInsideTheirPair) {
     Map* const left = NewMap();
     Map* const right = NewMap();
