@@ -36,7 +36,8 @@ DWORD PutInPlace(const wchar_t* from, const wchar_t* to, bool replaces) noexcept
 }  // namespace
 
 Result AtomicFile::CheckTarget() {
-    const DWORD attributes = ::GetFileAttributesW(SystemPath(target_).c_str());
+    target_ = SystemPath(target_);
+    const DWORD attributes = ::GetFileAttributesW(target_.c_str());
     replaces_ = attributes != INVALID_FILE_ATTRIBUTES;
     if (replaces_ && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) != 0) {
         return Fail(StorageNotAFile, FilePlace(path_));
@@ -46,7 +47,8 @@ Result AtomicFile::CheckTarget() {
 
 /// A success without a handle: the name is taken.
 Result AtomicFile::CreateTemporary() {
-    const HANDLE handle = ::CreateFileW(SystemPath(temporary_).c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
+    temporary_ = SystemPath(temporary_);
+    const HANDLE handle = ::CreateFileW(temporary_.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
                                         FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle == INVALID_HANDLE_VALUE) {
         const DWORD error = ::GetLastError();
@@ -84,12 +86,10 @@ Result AtomicFile::Replace() {
     if (closed == 0) {
         return Failure(StorageFileNotWritten, static_cast<int>(::GetLastError()));
     }
-    const std::wstring from = SystemPath(temporary_);
-    const std::wstring to = SystemPath(target_);
-    DWORD error = PutInPlace(from.c_str(), to.c_str(), replaces_);
+    DWORD error = PutInPlace(temporary_.c_str(), target_.c_str(), replaces_);
     for (int tries = 1; tries < kMaxTries && IsPassing(error); ++tries) {
         ::Sleep(kPauseMilliseconds);
-        error = PutInPlace(from.c_str(), to.c_str(), replaces_);
+        error = PutInPlace(temporary_.c_str(), target_.c_str(), replaces_);
     }
     if (error != ERROR_SUCCESS) {
         return Failure(StorageFileNotReplaced, static_cast<int>(error));
@@ -103,7 +103,7 @@ void AtomicFile::RemoveTemporary() noexcept {
         ::CloseHandle(Handle(handle_));
     }
     if (!temporary_.empty()) {
-        ::DeleteFileW(SystemPath(temporary_).c_str());
+        ::DeleteFileW(temporary_.c_str());
     }
 }
 

@@ -5,6 +5,8 @@
 #include <KivCOMShared/Variant.h>
 
 #if defined(_WIN32)
+#if !defined(NOMINMAX)
 #define NOMINMAX
+#endif
 #include <oaidl.h>
 #endif
