@@ -23,11 +23,30 @@ bool IsPassing(DWORD error) noexcept {
     return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED || error == ERROR_LOCK_VIOLATION;
 }
 
+/// ERROR_SUCCESS when nobody keeps the file to himself, else the system's error.
+DWORD CanBeReplaced(const wchar_t* file) noexcept {
+    const HANDLE handle = ::CreateFileW(file, DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) {
+        return ::GetLastError();
+    }
+    ::CloseHandle(handle);
+    return ERROR_SUCCESS;
+}
+
 /// One step, in which the old file gives way to the new one. ERROR_SUCCESS or the system's error.
 DWORD PutInPlace(const wchar_t* from, const wchar_t* to, bool replaces) noexcept {
-    // This keeps the old file's attributes and access rights, and works below those who read it, but wants it to be there.
-    if (replaces && ::ReplaceFileW(to, from, nullptr, 0, nullptr, nullptr) != 0) {
-        return ERROR_SUCCESS;
+    if (replaces) {
+        // What cannot be done is not begun, since a replacement that fails half way can leave a file of its own behind.
+        const DWORD error = CanBeReplaced(to);
+        if (IsPassing(error)) {
+            return error;
+        }
+        // This keeps the old file's attributes and access rights, and goes on below those who read it, but wants it to be
+        // there.
+        if (::ReplaceFileW(to, from, nullptr, 0, nullptr, nullptr) != 0) {
+            return ERROR_SUCCESS;
+        }
     }
     const BOOL done = ::MoveFileExW(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
     return done != 0 ? ERROR_SUCCESS : ::GetLastError();

@@ -1,11 +1,12 @@
 #include "faults/Faults.h"
 
 #include <atomic>
-#include <cstdlib>
 #include <memory>
 #include <new>
 
 #include <KivBase/Buffer.h>
+
+#include "faults/Heap.h"
 
 namespace {
 
@@ -15,6 +16,10 @@ std::atomic<bool> struck{false};
 std::atomic<long> liveBlocks{0};
 std::atomic<long> liveBuffers{0};
 std::atomic<bool> nullOnFailure{false};
+
+}  // namespace
+
+namespace Faults {
 
 bool Strikes() noexcept {
     long left = countdown.load();
@@ -32,33 +37,15 @@ bool Strikes() noexcept {
     return true;
 }
 
-void* TakeBlock(std::size_t size, std::size_t alignment) noexcept {
-    if (Strikes()) {
-        return nullptr;
-    }
-    void* const block = alignment > alignof(std::max_align_t)
-                            ? std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment)
-                            : std::malloc(size == 0 ? 1 : size);
-    if (block != nullptr) {
-        ++liveBlocks;
-    }
-    return block;
+void AddLiveBlock() noexcept {
+    ++liveBlocks;
 }
 
-void* NeedBlock(std::size_t size, std::size_t alignment) {
-    void* const block = TakeBlock(size, alignment);
-    if (block == nullptr) {
-        throw std::bad_alloc();
-    }
-    return block;
+void RemoveLiveBlock() noexcept {
+    --liveBlocks;
 }
 
-void GiveBlock(void* block) noexcept {
-    if (block != nullptr) {
-        --liveBlocks;
-        std::free(block);
-    }
-}
+namespace {
 
 class FaultyBuffer final : public KivBase::Buffer {
 public:
@@ -92,23 +79,6 @@ KivBase::Buffer* MakeFaultyBuffer(int reserved1, int reserved2, std::int32_t blo
 }
 
 }  // namespace
-
-void* operator new(std::size_t size) { return NeedBlock(size, 1); }
-void* operator new[](std::size_t size) { return NeedBlock(size, 1); }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return TakeBlock(size, 1); }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return TakeBlock(size, 1); }
-void* operator new(std::size_t size, std::align_val_t alignment) {
-    return NeedBlock(size, static_cast<std::size_t>(alignment));
-}
-void operator delete(void* block) noexcept { GiveBlock(block); }
-void operator delete[](void* block) noexcept { GiveBlock(block); }
-void operator delete(void* block, std::size_t) noexcept { GiveBlock(block); }
-void operator delete[](void* block, std::size_t) noexcept { GiveBlock(block); }
-void operator delete(void* block, const std::nothrow_t&) noexcept { GiveBlock(block); }
-void operator delete(void* block, std::align_val_t) noexcept { GiveBlock(block); }
-void operator delete(void* block, std::size_t, std::align_val_t) noexcept { GiveBlock(block); }
-
-namespace Faults {
 
 Armed::Armed(long k, Lasting lasting) {
     struck = false;

@@ -15,7 +15,7 @@ struct ReadLimits {
     std::uint32_t nesting = static_cast<std::uint32_t>(KivGenerics::MaxLoadNesting);
     /// Bytes in all, framing included; by default any number. What is read at a time is one block, but a tree in memory takes
     /// several times its bytes on disk.
-    std::uint64_t totalBytes = std::numeric_limits<std::uint64_t>::max();
+    std::uint64_t totalBytes = (std::numeric_limits<std::uint64_t>::max)();
     /// 16-bit units of one text. The tree itself never loads more than KivGenerics::MaxStringUnits.
     std::uint32_t stringUnits = KivGenerics::MaxStringUnits;
 };

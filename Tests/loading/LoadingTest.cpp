@@ -1,7 +1,6 @@
 // Loads the shared library as a host does that links none of it, and watches what it asks of the platform.
 
-#include <dlfcn.h>
-
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -9,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "loading/Library.h"
 #include "support/RecordingObserver.h"
 
 using KivTests::kStartEvents;
@@ -19,58 +19,13 @@ namespace {
 
 using Events = std::vector<std::string>;
 
-// Its own handle on the library, and through it the operations of Initializer, which has no data of its own.
-class Library {
-public:
-    Library() : handle_(dlopen(KIV_GENERICS_LIBRARY, RTLD_NOW | RTLD_LOCAL)) {}
-    ~Library() { Close(); }
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
-
-    bool IsOpen() const { return handle_ != nullptr; }
-    void Close() {
-        if (handle_ != nullptr) {
-            EXPECT_EQ(dlclose(handle_), 0) << dlerror();
-            handle_ = nullptr;
-        }
-    }
-
-    void MakeInitializer() const { Call("_ZN11KivGenerics11InitializerC1Ev"); }
-    void DestroyInitializer() const { Call("_ZN11KivGenerics11InitializerD1Ev"); }
-    void AssignInitializer() const {
-        void* const symbol = dlsym(handle_, "_ZN11KivGenerics11InitializeraSERKS0_");
-        ASSERT_NE(symbol, nullptr);
-        char left = 0;
-        const char right = 0;
-        EXPECT_EQ(reinterpret_cast<void* (*)(void*, const void*)>(symbol)(&left, &right), &left);
-    }
-
-private:
-    void Call(const char* name) const {
-        void* const symbol = dlsym(handle_, name);
-        ASSERT_NE(symbol, nullptr) << name;
-        char object = 0;
-        reinterpret_cast<void (*)(void*)>(symbol)(&object);
-    }
-
-    void* handle_;
-};
-
-bool IsLoaded() {
-    void* const handle = dlopen(KIV_GENERICS_LIBRARY, RTLD_NOW | RTLD_NOLOAD);
-    if (handle != nullptr) {
-        dlclose(handle);
-    }
-    return handle != nullptr;
-}
-
 }  // namespace
 
 TEST(LoadingTest, LoadingStartsTheLoggingOnceAndUnloadingStopsItInTheOppositeOrder) {
     RecordingObserver observer;
-    ASSERT_FALSE(IsLoaded());
+    ASSERT_FALSE(Library::IsLoaded());
     Library library;
-    ASSERT_TRUE(library.IsOpen()) << dlerror();
+    ASSERT_TRUE(library.IsOpen());
     EXPECT_EQ(observer.TakeEvents(), (Events{"LogStarting", "LogRouterStarting", "RouterCreated 'Orv Generics' 'Error' -3",
                                              "RouterCreated 'Orv Generics' 'TreeTrace' -3"}));
     library.Close();
@@ -81,17 +36,17 @@ TEST(LoadingTest, LoadingStartsTheLoggingOnceAndUnloadingStopsItInTheOppositeOrd
 
 TEST(LoadingTest, UnloadingTakesTheLibraryOutOfTheProcess) {
     Library library;
-    ASSERT_TRUE(library.IsOpen()) << dlerror();
-    EXPECT_TRUE(IsLoaded());
+    ASSERT_TRUE(library.IsOpen());
+    EXPECT_TRUE(Library::IsLoaded());
     library.Close();
-    EXPECT_FALSE(IsLoaded());
+    EXPECT_FALSE(Library::IsLoaded());
 }
 
 TEST(LoadingTest, EveryLoadStartsTheLoggingAnew) {
     RecordingObserver observer;
     for (int i = 0; i < 3; ++i) {
         Library library;
-        ASSERT_TRUE(library.IsOpen()) << dlerror();
+        ASSERT_TRUE(library.IsOpen());
         EXPECT_EQ(observer.TakeEvents(), kStartEvents);
         library.Close();
         EXPECT_EQ(observer.TakeEvents(), kStopEvents);
@@ -101,20 +56,20 @@ TEST(LoadingTest, EveryLoadStartsTheLoggingAnew) {
 TEST(LoadingTest, ASecondHandleOnTheLoadedLibraryStartsNothing) {
     RecordingObserver observer;
     Library first;
-    ASSERT_TRUE(first.IsOpen()) << dlerror();
+    ASSERT_TRUE(first.IsOpen());
     observer.TakeEvents();
     {
         Library second;
-        ASSERT_TRUE(second.IsOpen()) << dlerror();
+        ASSERT_TRUE(second.IsOpen());
     }
     EXPECT_EQ(observer.TakeEvents(), Events{});
-    EXPECT_TRUE(IsLoaded());
+    EXPECT_TRUE(Library::IsLoaded());
 }
 
 TEST(LoadingTest, InitializersNeitherStartNorStopWhatTheLoadHolds) {
     RecordingObserver observer;
     Library library;
-    ASSERT_TRUE(library.IsOpen()) << dlerror();
+    ASSERT_TRUE(library.IsOpen());
     EXPECT_EQ(observer.TakeEvents(), kStartEvents);
     library.MakeInitializer();
     library.MakeInitializer();
@@ -148,12 +103,12 @@ TEST(LoadingTest, AStartUpThatFailsIsSwallowedAndNothingIsShutDownThen) {
         RecordingObserver observer;
         observer.failAt = row.failAt;
         Library library;
-        ASSERT_TRUE(library.IsOpen()) << dlerror();
+        ASSERT_TRUE(library.IsOpen());
         EXPECT_EQ(observer.TakeEvents(), row.events);
         observer.failAt.clear();
         library.Close();
         EXPECT_EQ(observer.TakeEvents(), Events{});
-        EXPECT_FALSE(IsLoaded());
+        EXPECT_FALSE(Library::IsLoaded());
     }
 }
 
@@ -161,7 +116,7 @@ TEST(LoadingTest, AfterAFailedStartUpInitializersHoldTheLoggingAlone) {
     RecordingObserver observer;
     observer.failAt = "LogStarting";
     Library library;
-    ASSERT_TRUE(library.IsOpen()) << dlerror();
+    ASSERT_TRUE(library.IsOpen());
     observer.failAt.clear();
     observer.TakeEvents();
     library.MakeInitializer();
@@ -179,7 +134,7 @@ TEST(LoadingTest, AnInitializerPassesTheFailureOnAndCountsNothing) {
     RecordingObserver observer;
     observer.failAt = "LogRouterStarting";
     Library library;
-    ASSERT_TRUE(library.IsOpen()) << dlerror();
+    ASSERT_TRUE(library.IsOpen());
     observer.TakeEvents();
     for (int i = 0; i < 2; ++i) {
         try {
@@ -201,7 +156,7 @@ TEST(LoadingTest, ThreadsThatStartUpAtOnceNeverMakeTwoLoggingStates) {
     RecordingObserver observer;
     observer.failAt = "LogStarting";
     Library library;
-    ASSERT_TRUE(library.IsOpen()) << dlerror();
+    ASSERT_TRUE(library.IsOpen());
     observer.failAt.clear();
     observer.TakeEvents();
     const auto work = [&library] {
@@ -224,26 +179,23 @@ TEST(LoadingTest, ThreadsThatStartUpAtOnceNeverMakeTwoLoggingStates) {
 
 TEST(LoadingTest, ThreadsThatLoadAtOnceStartTheLoggingOnce) {
     RecordingObserver observer;
-    void* handles[2] = {};
-    const auto load = [&handles](int i) { handles[i] = dlopen(KIV_GENERICS_LIBRARY, RTLD_NOW | RTLD_LOCAL); };
+    std::unique_ptr<Library> libraries[2];
+    const auto load = [&libraries](int i) { libraries[i] = std::make_unique<Library>(); };
     std::thread first(load, 0);
     std::thread second(load, 1);
     first.join();
     second.join();
-    ASSERT_NE(handles[0], nullptr);
-    EXPECT_EQ(handles[0], handles[1]);
+    ASSERT_TRUE(libraries[0]->IsOpen());
+    EXPECT_EQ(libraries[0]->GetHandle(), libraries[1]->GetHandle());
     EXPECT_EQ(observer.TakeEvents(), kStartEvents);
-    dlclose(handles[0]);
+    libraries[0]->Close();
     EXPECT_EQ(observer.TakeEvents(), Events{});
-    dlclose(handles[1]);
+    libraries[1]->Close();
     EXPECT_EQ(observer.TakeEvents(), kStopEvents);
 }
 
 TEST(LoadingTest, TheFunctionThatMakesTreesIsExported) {
-    Library library;
-    ASSERT_TRUE(library.IsOpen()) << dlerror();
-    void* const handle = dlopen(KIV_GENERICS_LIBRARY, RTLD_NOW | RTLD_NOLOAD);
-    ASSERT_NE(handle, nullptr);
-    EXPECT_NE(dlsym(handle, "_ZN11KivGenerics17CreateGenericTreeENS_17EnumOrvObjectTypeE"), nullptr);
-    dlclose(handle);
+    const Library library;
+    ASSERT_TRUE(library.IsOpen());
+    EXPECT_NE(library.Find("_ZN11KivGenerics17CreateGenericTreeENS_17EnumOrvObjectTypeE"), nullptr);
 }
