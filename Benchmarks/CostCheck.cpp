@@ -1,14 +1,14 @@
 #include "CostCheck.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <functional>
 #include <vector>
 
-#include <KivGenerics/Iterator.h>
 #include <KivGenerics/IterateFlags.h>
+#include <KivGenerics/Iterator.h>
 #include <KivGenerics/Node.h>
 #include <KivGenerics/VisitorNode.h>
 
@@ -93,13 +93,15 @@ std::vector<Step> MakeSteps(Shape fill, std::size_t treeSize) {
              Sum sum;
              tree.GetRoot()->Iterate(&sum, SemanticTagNone, 0);
          })},
-        {"breadth-first", fill == FillNested ? kShownOnly : kBreadthFirstLimit, forEach([](Tree& tree, Forests&, std::size_t) {
+        {"breadth-first", fill == FillNested ? kShownOnly : kBreadthFirstLimit,
+         forEach([](Tree& tree, Forests&, std::size_t) {
              auto iterator = tree.GetRoot()->GetIterator();
              while (iterator->Next() != nullptr) {
              }
          })},
         {"update", kLimit, forEach([](Tree& tree, Forests&, std::size_t) { tree.UpdateDerivedTemporality(); })},
-        {"copy", kLimit, forEach([](Tree& tree, Forests& forests, std::size_t i) { forests.copies[i]->CopyFromTree(&tree); })},
+        {"copy", kLimit,
+         forEach([](Tree& tree, Forests& forests, std::size_t i) { forests.copies[i]->CopyFromTree(&tree); })},
         {"compare", kLimit, forEach([](Tree& tree, Forests& forests, std::size_t i) {
              if (tree.GetRoot()->Compare(forests.copies[i]->GetRoot(), TemporalityTemporary, true) != 0) {
                  std::abort();
@@ -175,8 +177,10 @@ int CheckShape(const char* name, Shape fill) {
 }  // namespace
 
 int CheckCosts() {
-    std::printf("Cost of a node in ns of CPU time, %zu nodes in all: in trees of %zu, in one tree, and the ratio, at most %.1f (breadth-first %.1f)\n",
-                kAllNodes, kSmallTree, kLimit, kBreadthFirstLimit);
+    std::printf(
+        "Cost of a node in ns of CPU time, %zu nodes in all: in trees of %zu, in one tree, and the ratio, at most %.1f "
+        "(breadth-first %.1f)\n",
+        kAllNodes, kSmallTree, kLimit, kBreadthFirstLimit);
     return CheckShape("numbers", FillNumbers) + CheckShape("records", FillRecords) + CheckShape("sparse", FillSparse) +
            CheckShape("nested", FillNested);
 }

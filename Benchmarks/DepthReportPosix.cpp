@@ -58,8 +58,7 @@ const Operation kOperations[] = {
          tree.GetRoot()->Iterate(&visitor, SemanticTagNone, 0);
      }},
     {"update temporalities", [](Tree& tree, const Shape&, int) { tree.UpdateDerivedTemporality(); }},
-    {"copy",
-     [](Tree& tree, const Shape&, int) { CreateGenericTree(EnumOrvObjectType(55))->CopyFromTree(&tree); }},
+    {"copy", [](Tree& tree, const Shape&, int) { CreateGenericTree(EnumOrvObjectType(55))->CopyFromTree(&tree); }},
     {"compare",
      [](Tree& tree, const Shape& shape, int depth) {
          const auto other = NewFilled(shape, depth);
@@ -129,7 +128,8 @@ int main() {
     const Shape shapes[] = {{"maps", NodeTypeMap, NodeTypeMap},
                             {"vectors", NodeTypeVector, NodeTypeVector},
                             {"in turn", NodeTypeVector, NodeTypeMap}};
-    std::printf("Levels that each operation survives on a stack of 8 MiB (%d: no deeper tree was tried)\n", kDeepestTry);
+    std::printf("Levels that each operation survives on a stack of 8 MiB (%d: no deeper tree was tried)\n",
+                kDeepestTry);
     std::printf("%-24s", "");
     for (const Shape& shape : shapes) {
         std::printf("%10s", shape.name);

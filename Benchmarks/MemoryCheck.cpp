@@ -95,7 +95,8 @@ void ReplaceText(Map& root, int i) {
 }
 
 void ReplaceTextNode(Map& root, int i) {
-    node_cast<String>(root.NewNode(0, NodeTypeString))->Set(KivBase::WString(static_cast<std::size_t>(100 + i % 400), u'x'));
+    node_cast<String>(root.NewNode(0, NodeTypeString))
+        ->Set(KivBase::WString(static_cast<std::size_t>(100 + i % 400), u'x'));
 }
 
 void ReplaceSet(Map& root, int i) {
@@ -112,7 +113,8 @@ void ReplaceSet(Map& root, int i) {
 int CheckMemory() {
     std::printf("\n%-44s %12s %12s\n", "Bytes of the forest's buffer", "measured", "at most");
     int broken = 0;
-    for (const NodeType type : {NodeTypeBoolean, NodeTypeInteger, NodeTypeInteger64, NodeTypeDouble, NodeTypeGlobalID}) {
+    for (const NodeType type :
+         {NodeTypeBoolean, NodeTypeInteger, NodeTypeInteger64, NodeTypeDouble, NodeTypeGlobalID}) {
         broken += Report({ToText(type), MeasureLeaf(type), 48});
     }
     broken += Report({"String, without its text", MeasureLeaf(NodeTypeString), 80});

@@ -1,8 +1,8 @@
 #include "core/Invariants.h"
 
-#include <KivGenerics/Map.h>
 #include <KivGenerics/Vector.h>
 
+#include "containers/MapImpl.h"
 #include "core/NodeAccess.h"
 
 namespace KivGenerics {
@@ -14,6 +14,7 @@ constexpr int kVectorTree = 4;
 constexpr int kMapIndex = 1;
 constexpr int kMapParent = 2;
 constexpr int kMapTree = 3;
+constexpr int kMapOverflow = 4;
 
 int CheckVector(const Vector& vector) {
     const int size = const_cast<Vector&>(vector).GetSize(TemporalityTemporary);
@@ -38,20 +39,32 @@ int CheckVector(const Vector& vector) {
     return 0;
 }
 
-// Children are asked for by index, so an entry that holds null, or a key that a slot hides, is met as a child that GetNext
-// gives at an index where Get has another.
-int CheckMap(const Map& map) {
-    for (Node* child = map.GetNext(-1); child != nullptr; child = map.GetNext(child->GetIndex())) {
-        if (map.Get(child->GetIndex()) != child) {
-            return kMapIndex;
+int CheckMapChild(const Map& map, Node* child, int index) {
+    if (child->GetIndex() != index) {
+        return kMapIndex;
+    }
+    if (child->GetParent() != &map) {
+        return kMapParent;
+    }
+    return NodeAccess::GetTree(*child) != NodeAccess::GetTree(map) ? kMapTree : CheckInvariants(child);
+}
+
+int CheckMapChildren(const MapChildren& children) {
+    for (int i = 0; i < children.slotCount; ++i) {
+        if (Node* const child = children.slots[i]) {
+            if (const int broken = CheckMapChild(children.map, child, i)) {
+                return broken;
+            }
         }
-        if (child->GetParent() != &map) {
-            return kMapParent;
+    }
+    if (children.overflow == nullptr) {
+        return 0;
+    }
+    for (const auto& [index, child] : *children.overflow) {
+        if (children.IsSlot(index) || index < 0 || child == nullptr) {
+            return kMapOverflow;
         }
-        if (NodeAccess::GetTree(*child) != NodeAccess::GetTree(map)) {
-            return kMapTree;
-        }
-        if (const int broken = CheckInvariants(child)) {
+        if (const int broken = CheckMapChild(children.map, child, index)) {
             return broken;
         }
     }
@@ -60,12 +73,23 @@ int CheckMap(const Map& map) {
 
 }  // namespace
 
+/// Finds which of the sixteen classes a map is, which only its number of slots tells.
+template <int N>
+int NodeAccess::CheckMap(const Map& map) {
+    if constexpr (N > 1) {
+        if (map.GetSlotCount() != N) {
+            return CheckMap<N - 1>(map);
+        }
+    }
+    return CheckMapChildren(static_cast<const MapImpl<N>&>(map).Access());
+}
+
 int CheckInvariants(Node* node) {
     if (node == nullptr || !IsCompositeType(node->GetType())) {
         return 0;
     }
     return node->GetType() == NodeTypeVector ? CheckVector(static_cast<Vector&>(*node))
-                                             : CheckMap(static_cast<Map&>(*node));
+                                             : NodeAccess::CheckMap<16>(static_cast<Map&>(*node));
 }
 
 }  // namespace KivGenerics

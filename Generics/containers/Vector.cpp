@@ -1,6 +1,7 @@
 #include <KivGenerics/Vector.h>
 
 #include <algorithm>
+#include <limits>
 #include <stdexcept>
 
 #include "core/NodeAccess.h"
@@ -31,7 +32,7 @@ int Vector::GetSize(EnumOrvGenericsTemporality t) {
 }
 
 Node* Vector::GetNext(int index) const {
-    return index < -1 ? nullptr : GetNV(index + 1);
+    return index < -1 || index == (std::numeric_limits<int>::max)() ? nullptr : GetNV(index + 1);
 }
 
 // Room for one more child, made before the child is, so that a failure leaves no node without a place. A read-only tree
@@ -202,9 +203,9 @@ EnumOrvGenericsTemporality Vector::CalculateDerivedTemporality() {
 EnumOrvGenericsTemporality Vector::CalculateWithoutPush() {
     EnumOrvGenericsTemporality least = TemporalityTemporary;
     for (Node* const child : children_) {
-        least = (std::min)(least, child->GetType() == NodeTypeVector
-                                      ? static_cast<Vector*>(child)->CalculateWithoutPush()
-                                      : child->CalculateDerivedTemporality());
+        least =
+            (std::min)(least, child->GetType() == NodeTypeVector ? static_cast<Vector*>(child)->CalculateWithoutPush()
+                                                                 : child->CalculateDerivedTemporality());
     }
     return GetTemporality() == TemporalityDefault ? least : GetTemporality();
 }

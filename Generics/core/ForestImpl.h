@@ -44,10 +44,10 @@ private:
     KivBase::Buffer* buffer_;
     // Heads of lists that are linked through the parent field. A node that is released is reset right after it was put on
     // its list, which clears the link: each list holds the node released last, and no other.
-    Node* freeByType_[kTypes] = {};               // by kind - 1; the place of maps stays empty
-    Node* freeMaps_[kSlotCounts] = {};            // by slot count - 1; without an overflow store
+    Node* freeByType_[kTypes] = {};  // by kind - 1; the place of maps stays empty
+    Node* freeMaps_[kSlotCounts] = {};  // by slot count - 1; without an overflow store
     Node* freeMapsWithOverflow_[kSlotCounts] = {};  // by slot count - 1; with one
-    std::int32_t tag107Overflow_ = 0;             // 0 unknown, 1 maps of tag 107 come with an overflow store, 2 without
+    std::int32_t tag107Overflow_ = 0;  // 0 unknown, 1 maps of tag 107 come with an overflow store, 2 without
 };
 
 /// The block size of a forest's buffer, in bytes; see EnumOrvObjectType.

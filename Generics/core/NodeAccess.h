@@ -42,6 +42,8 @@ struct NodeAccess {
     static VisitCode IterateInner(Node& node, Visitor* visitor, SemanticTag tag, int flags) {
         return node.IterateInner(visitor, tag, flags);
     }
+    template <int N>
+    static int CheckMap(const Map& map);
     static void CopyChildren(Map& target, Map& source);
     static bool MergeWithChecks(Node& node, Node* other, bool flag) { return node.MergeWithChecks(other, flag); }
 };

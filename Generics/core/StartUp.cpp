@@ -31,7 +31,7 @@ struct LoggingState {
 
 // A spin lock, since it must work before anything else of the process has been set up and after it has been taken down.
 KivSynch::AtomicLong startUpLock(kFree);
-int instances = 0;              // under the lock
+int instances = 0;  // under the lock
 LoggingState* state = nullptr;  // under the lock
 
 class StartUpLock {

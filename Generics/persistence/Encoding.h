@@ -27,7 +27,8 @@ inline constexpr int kTypeByteTemporalityShift = 6;
 inline constexpr int kFirstTypeWithExtraWords = 16;
 
 inline std::uint16_t GetObjectTag(const Node& composite, int kind) noexcept {
-    return static_cast<std::uint16_t>(composite.GetTemporality() << kTemporalityShift | kind);
+    const auto temporality = static_cast<std::uint32_t>(composite.GetTemporality());
+    return static_cast<std::uint16_t>(temporality << kTemporalityShift | static_cast<std::uint32_t>(kind));
 }
 
 /// 0 for a composite, which has an object of its own. Two bits of temporality fit: 4 becomes 0.

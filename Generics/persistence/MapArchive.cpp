@@ -91,8 +91,7 @@ std::int32_t BeginMap(const MapChildren& children, COrvWriteArchive* archive, By
 
 /// Writes a map with the children that `forEach` names, keys first, then values.
 template <class ForEach>
-std::int32_t WriteMapWith(const MapChildren& children, COrvWriteArchive* archive, bool withTransient,
-                          ForEach forEach) {
+std::int32_t WriteMapWith(const MapChildren& children, COrvWriteArchive* archive, bool withTransient, ForEach forEach) {
     BytePacker packer(archive);
     std::int32_t result = BeginMap(children, archive, packer, GetLimit(withTransient));
     if (result < 0) {
@@ -177,9 +176,8 @@ std::int32_t ReadObjectChild(Map& map, ArchiveDecoder& decoder, const SlotKey& k
     }
     const ObjectKind kind = DecodeObjectTag(objectTag);
     if (IsKnownType(kind.type)) {
-        result = ReadChild(decoder, kind.type, kind.temporality, kind.longCount, [&](NodeType type, SemanticTag tag) {
-            return map.NewNode(key.index, type, false, tag);
-        });
+        result = ReadChild(decoder, kind.type, kind.temporality, kind.longCount,
+                           [&](NodeType type, SemanticTag tag) { return map.NewNode(key.index, type, false, tag); });
     }
     return result < 0 ? result : archive->EndReadObject();
 }
@@ -187,9 +185,8 @@ std::int32_t ReadObjectChild(Map& map, ArchiveDecoder& decoder, const SlotKey& k
 }  // namespace
 
 std::int32_t WriteMap(const MapChildren& children, COrvWriteArchive* archive, bool withTransient) {
-    return WriteMapWith(children, archive, withTransient, [&](auto use) {
-        return ForEachWritten(children, GetLimit(withTransient), use);
-    });
+    return WriteMapWith(children, archive, withTransient,
+                        [&](auto use) { return ForEachWritten(children, GetLimit(withTransient), use); });
 }
 
 // Only the composite children of the fixed slots are written; the count in the header counts all the same what is not.

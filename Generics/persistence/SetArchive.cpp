@@ -70,8 +70,9 @@ std::int32_t IntegerSet::WriteToArchive(COrvWriteArchive* archive, bool) {
 }
 std::int32_t IntegerSet::ReadFromArchive(ArchiveDecoder& decoder, bool) {
     COrvReadArchive* const archive = decoder.GetArchive();
-    return ReadSet(archive, kIntegerSetTag, elements_, [] { return std::int32_t{0}; },
-                   [archive](std::int32_t& element) { return archive->ReadLong(&element); });
+    return ReadSet(
+        archive, kIntegerSetTag, elements_, [] { return std::int32_t{0}; },
+        [archive](std::int32_t& element) { return archive->ReadLong(&element); });
 }
 std::int32_t IntegerSet::SizeDefnArchive(COrvSizeArchive* sizer, bool) {
     sizer->AddSizes(0, 0, 0, Count() + 1, 1);
@@ -84,8 +85,9 @@ std::int32_t DoubleSet::WriteToArchive(COrvWriteArchive* archive, bool) {
 }
 std::int32_t DoubleSet::ReadFromArchive(ArchiveDecoder& decoder, bool) {
     COrvReadArchive* const archive = decoder.GetArchive();
-    return ReadSet(archive, kDoubleSetTag, elements_, [] { return 0.0; },
-                   [archive](double& element) { return archive->ReadDouble(&element); });
+    return ReadSet(
+        archive, kDoubleSetTag, elements_, [] { return 0.0; },
+        [archive](double& element) { return archive->ReadDouble(&element); });
 }
 std::int32_t DoubleSet::SizeDefnArchive(COrvSizeArchive* sizer, bool) {
     sizer->AddSizes(0, Count(), 0, 1, 1);
@@ -98,8 +100,9 @@ std::int32_t IdSet::WriteToArchive(COrvWriteArchive* archive, bool) {
 }
 std::int32_t IdSet::ReadFromArchive(ArchiveDecoder& decoder, bool) {
     COrvReadArchive* const archive = decoder.GetArchive();
-    return ReadSet(archive, kIdSetTag, elements_, [] { return GUID{}; },
-                   [archive](GUID& element) { return archive->ReadGUID(&element); });
+    return ReadSet(
+        archive, kIdSetTag, elements_, [] { return GUID{}; },
+        [archive](GUID& element) { return archive->ReadGUID(&element); });
 }
 std::int32_t IdSet::SizeDefnArchive(COrvSizeArchive* sizer, bool) {
     sizer->AddSizes(0, 0, Count(), 1, 1);

@@ -22,10 +22,9 @@ std::int32_t ReadLeaves(Vector& vector, ArchiveDecoder& decoder, std::uint32_t c
     }
     for (std::uint32_t i = 0; i < count; ++i) {
         const std::int32_t result =
-            IsKnownType(kind.type)
-                ? ReadChild(decoder, kind.type, kind.temporality, false,
-                            [&](NodeType type, SemanticTag tag) { return vector.Add(type, tag); })
-                : SkipWords(decoder, kind.extraWords);
+            IsKnownType(kind.type) ? ReadChild(decoder, kind.type, kind.temporality, false,
+                                               [&](NodeType type, SemanticTag tag) { return vector.Add(type, tag); })
+                                   : SkipWords(decoder, kind.extraWords);
         if (result < 0) {
             return result;
         }

@@ -24,17 +24,17 @@ int Vector::Compare(Node* other, EnumOrvGenericsTemporality t, bool recalc) {
     if (sizes != 0) {
         return sizes;
     }
+    const int size = vector->GetSize(TemporalityTemporary);
     int next = 0;
     for (Node* const mine : children_) {
         if (NodeAccess::GetDerived(*mine) > t) {
             continue;
         }
+        // Where temporalities above the scale hide more of the other side than was counted, its last element stands in, and
+        // after it comes null, which Compare refuses.
         Node* theirs = vector->GetNV(next++);
-        while (theirs != nullptr && NodeAccess::GetDerived(*theirs) > t) {
+        while (theirs != nullptr && NodeAccess::GetDerived(*theirs) > t && next < size) {
             theirs = vector->GetNV(next++);
-        }
-        if (theirs == nullptr) {
-            return 1;
         }
         const int children = mine->Compare(theirs, t, false);
         if (children != 0) {

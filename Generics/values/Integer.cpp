@@ -43,7 +43,8 @@ bool Integer::MergeWith(Node* other, bool flag) {
         return agreed;
     }
     const Composite* const parent = NodeAccess::GetParent(*this);
-    const bool counts = GetIndex() == kIndexOfCounter && parent != nullptr && parent->GetSemanticTag() == kTagOfCounters;
+    const bool counts =
+        GetIndex() == kIndexOfCounter && parent != nullptr && parent->GetSemanticTag() == kTagOfCounters;
     return agreed && counts;
 }
 

@@ -2,6 +2,7 @@
 
 #include "core/Invariants.h"
 
+#include "containers/MapImpl.h"
 #include "containers/TestNodes.h"
 
 namespace KivGenerics::Testing {
@@ -15,6 +16,15 @@ struct OpenElements {
     friend Elements GetElements() { return Member; }
 };
 template struct OpenElements<&Vector::children_>;
+
+/// The overflow store of a map, likewise.
+using Overflow = MapOverflow * MapImpl<8>::*;
+Overflow GetOverflow();
+template <Overflow Member>
+struct OpenOverflow {
+    friend Overflow GetOverflow() { return Member; }
+};
+template struct OpenOverflow<&MapImpl<8>::overflow_>;
 
 class InvariantTest : public ContainerTest {
 protected:
@@ -109,6 +119,22 @@ TEST_F(InvariantTest, AChildOfAnotherTreeInAMapIsItsThird) {
     Estrange(static_cast<Integer*>(map_->Get(40)));
     EXPECT_EQ(3, CheckInvariants(map_));
     EXPECT_EQ(3, CheckInvariants(root_));
+}
+
+TEST_F(InvariantTest, AnOverflowEntryThatHoldsNullIsAMapsFourth) {
+    auto* const map = static_cast<MapImpl<8>*>(map_);
+    ASSERT_EQ(8, map->GetSlotCount());
+    (*(map->*GetOverflow()))[20] = nullptr;
+    EXPECT_EQ(4, CheckInvariants(map_));
+    EXPECT_EQ(4, CheckInvariants(root_));
+}
+
+TEST_F(InvariantTest, AnOverflowKeyBelowTheSlotsIsAMapsFourth) {
+    auto* const map = static_cast<MapImpl<8>*>(map_);
+    Node* const child = NewLeaf()->Detach();
+    NodeAccess::Place(*child, map_, 3);
+    (*(map->*GetOverflow()))[3] = child;
+    EXPECT_EQ(4, CheckInvariants(map_));
 }
 
 TEST_F(InvariantTest, WhatIsBrokenFarBelowIsFound) {

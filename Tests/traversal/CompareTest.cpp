@@ -281,6 +281,14 @@ TEST_F(VectorCompareTest, ElementsOfOtherKindsAreOrderedByTheirNumbersAndTags) {
     EXPECT_EQ(-1, CompareAt(mine_, theirs_));
 }
 
+TEST_F(VectorCompareTest, TheLastElementIsTakenWhereTheOtherSideHasNoCountedOneLeft) {
+    Fill(mine_, {{1, 2}, {1, 5}});
+    Fill(theirs_, {{3, 5}, {1, 5}});
+    EXPECT_EQ(0, CompareAt(mine_, theirs_));
+    Fill(theirs_, {{1, 5}, {3, 5}});
+    EXPECT_EQ(-1, CompareAt(mine_, theirs_));
+}
+
 TEST_F(VectorCompareTest, NestedVectorsAreComparedElementByElement) {
     for (Vector* const vector : {mine_, theirs_}) {
         Append(PutVector(vector, 0), 1);

@@ -54,7 +54,9 @@ public:
         : composite_(node != nullptr && IsCompositeType(node->GetType()) ? static_cast<const Composite*>(node)
                                                                          : nullptr) {}
 
-    Iterator begin() const { return composite_ != nullptr ? Iterator(composite_, composite_->GetNext(-1)) : Iterator(); }
+    Iterator begin() const {
+        return composite_ != nullptr ? Iterator(composite_, composite_->GetNext(-1)) : Iterator();
+    }
     Iterator end() const noexcept { return Iterator(); }
 
 private:

@@ -45,8 +45,7 @@ public:
 
 protected:
     Composite(TreeImpl* tree, NodeType type) noexcept : Node(tree, type) {}
-    Composite(TreeImpl* tree, Composite* parent, int index, NodeType type) noexcept
-        : Node(tree, parent, index, type) {}
+    Composite(TreeImpl* tree, Composite* parent, int index, NodeType type) noexcept : Node(tree, parent, index, type) {}
     ~Composite() = default;
 
     /// Throws Exception when `node` is null, this composite or an ancestor of it.

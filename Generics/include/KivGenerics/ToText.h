@@ -53,9 +53,15 @@ inline const char* ToText(EnumOrvGenericsTemporality t) noexcept {
     return "unknown";
 }
 
-inline std::string ToText(bool value) { return value ? "true" : "false"; }
-inline std::string ToText(std::int32_t value) { return std::to_string(value); }
-inline std::string ToText(std::int64_t value) { return std::to_string(value); }
+inline std::string ToText(bool value) {
+    return value ? "true" : "false";
+}
+inline std::string ToText(std::int32_t value) {
+    return std::to_string(value);
+}
+inline std::string ToText(std::int64_t value) {
+    return std::to_string(value);
+}
 
 /// The shortest of the forms with 15 to 17 digits that reads back as the same number.
 inline std::string ToText(double value) {
