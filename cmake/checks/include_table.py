@@ -81,7 +81,7 @@ def problem_of(project, path, quote, name):
         return None
     if "system" in TABLE[folder] and SYSTEM_FILE.search(path.name):
         return None
-    return f"<{name}> is the system's: it belongs into a file that is named after the system, of Platform, Storage or Benchmarks"
+    return f"<{name}> is the system's: only files that are named after it, of Platform, Storage or Benchmarks, see it"
 
 
 def check(project):
