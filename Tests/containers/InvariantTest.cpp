@@ -18,7 +18,7 @@ struct OpenElements {
 template struct OpenElements<&Vector::children_>;
 
 /// The overflow store of a map, likewise.
-using Overflow = MapOverflow * MapImpl<8>::*;
+using Overflow = MapOverflow* MapImpl<8>::*;
 Overflow GetOverflow();
 template <Overflow Member>
 struct OpenOverflow {

@@ -152,8 +152,7 @@ TEST(ChangeCountTest, CopiesCountWhatTheyMakeAndWhatTheyReplace) {
         {"Populate of an empty map", 13, [](Fixture& f, Fixture& o) { f.tagged->Populate(o.nested); }},
         {"Populate of a full map", 17, [](Fixture& f, Fixture& o) { f.nested->Populate(o.nested); }},
         {"Populate of the root", 61, [](Fixture& f, Fixture& o) { f.root->Populate(o.root); }},
-        {"Populate of a vector", 11,
-         [](Fixture& f, Fixture& o) { f.vector->Populate(static_cast<Node*>(o.vector)); }},
+        {"Populate of a vector", 11, [](Fixture& f, Fixture& o) { f.vector->Populate(static_cast<Node*>(o.vector)); }},
         {"Populate of a vector from a vector", 10, [](Fixture& f, Fixture& o) { f.vector->Populate(o.vector); }},
         {"MergeWith that copies a missing child of five", 17,
          [](Fixture& f, Fixture& o) {
@@ -225,8 +224,7 @@ TEST(ChangeCountTest, MovingCountsOnceAndRemovingEveryNode) {
         {"VisitRemove of five in a slot", 6, [](Fixture& f, Fixture&) { f.RemoveOnWalk(f.root, f.nested, 0); }},
         {"VisitRemove of an element", 2, [](Fixture& f, Fixture&) { f.RemoveOnWalk(f.root, f.vector->Get(1), 0); }},
         {"VisitRemove of two in the store", 4, [](Fixture& f, Fixture&) { f.RemoveOnWalk(f.root, f.far, 0); }},
-        {"VisitRemove of the start", 7,
-         [](Fixture& f, Fixture&) { f.RemoveOnWalk(f.nested, f.nested, IterateSelf); }},
+        {"VisitRemove of the start", 7, [](Fixture& f, Fixture&) { f.RemoveOnWalk(f.nested, f.nested, IterateSelf); }},
         {"VisitRemove of the root", 17, [](Fixture& f, Fixture&) { f.RemoveOnWalk(f.root, f.root, IterateSelf); }},
     });
 }

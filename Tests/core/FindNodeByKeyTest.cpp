@@ -96,8 +96,8 @@ TEST_F(FindNodeByKeyTest, NumbersWrapAtThirtyTwoBits) {
 }
 
 TEST_F(FindNodeByKeyTest, TheKeyOfEveryNodeLeadsBackToIt) {
-    for (Node* const node : {static_cast<Node*>(root), static_cast<Node*>(zero), static_cast<Node*>(far), first, second,
-                             twelve}) {
+    for (Node* const node :
+         {static_cast<Node*>(root), static_cast<Node*>(zero), static_cast<Node*>(far), first, second, twelve}) {
         KivBase::WString key;
         node->GetKey(key);
         EXPECT_EQ(tree->FindNodeByKey(key), node) << KivBase::ToUtf8(key);

@@ -19,15 +19,15 @@ using Arguments = std::tuple<int, int, std::int32_t, bool>;
 
 // Block sizes by object type, in bytes.
 constexpr std::int32_t kBlockSizes[77] = {
-    4096, 4096, 4096, 4096, 4096, 4096, 4096, 4096, 1024,   // 0 to 8
-    4096, 4096, 4096, 4096, 4096, 4096, 4096, 4096, 4096,   // 9 to 17
-    1024, 4096, 4096, 1024, 4096, 4096, 1024, 1024, 1024,   // 18 to 26
-    4096, 4096, 1024, 1024, 1024, 4096, 4096, 1024, 1024,   // 27 to 35
-    4096, 1024, 4096, 4096, 4096, 4096, 4096, 4096, 1024,   // 36 to 44
-    4096, 4096, 4096, 4096, 1024, 4096, 1024, 1024, 4096,   // 45 to 53
+    4096, 4096,  4096, 4096, 4096, 4096, 4096, 4096, 1024,   // 0 to 8
+    4096, 4096,  4096, 4096, 4096, 4096, 4096, 4096, 4096,   // 9 to 17
+    1024, 4096,  4096, 1024, 4096, 4096, 1024, 1024, 1024,   // 18 to 26
+    4096, 4096,  1024, 1024, 1024, 4096, 4096, 1024, 1024,   // 27 to 35
+    4096, 1024,  4096, 4096, 4096, 4096, 4096, 4096, 1024,   // 36 to 44
+    4096, 4096,  4096, 4096, 1024, 4096, 1024, 1024, 4096,   // 45 to 53
     4096, 16384, 4096, 4096, 4096, 4096, 4096, 4096, 4096,  // 54 to 62
-    4096, 4096, 1024, 4096, 1024, 1024, 1024, 1024,         // 63 to 70
-    1024, 1024, 1024, 1024, 1024, 1024,                     // 71 to 76
+    4096, 4096,  1024, 4096, 1024, 1024, 1024, 1024,         // 63 to 70
+    1024, 1024,  1024, 1024, 1024, 1024,                     // 71 to 76
 };
 
 }  // namespace
@@ -147,8 +147,8 @@ public:
 }  // namespace
 
 TEST(ForestTest, TheTwoQueriesPassOnWhatTheBufferAnswers) {
-    const KivBase::BufferFactory former = KivBase::SetBufferFactory(
-        [](int, int, std::int32_t, bool) -> KivBase::Buffer* { return new AnsweringBuffer; });
+    const KivBase::BufferFactory former =
+        KivBase::SetBufferFactory([](int, int, std::int32_t, bool) -> KivBase::Buffer* { return new AnsweringBuffer; });
     const auto tree = NewTree();
     KivBase::SetBufferFactory(former);
     EXPECT_EQ(tree->BufferQueryA(), 111U);

@@ -89,9 +89,9 @@ TEST(NodeFactoryTest, AReplacedChildStaysWhenTheNewKindIsInvalid) {
 TEST(NodeFactoryTest, TheTagChoosesTheNumberOfSlots) {
     const struct {
         int tag, slots;
-    } rows[] = {{0, 8},     {1, 8},     {2, 4},      {107, 1},     {4099, 4},   {4100, 10},  {4107, 16},
-                {4114, 12}, {4152, 9},  {4163, 7},   {4264, 15},   {4262, 5},   {4360, 6},   {4122, 8},
-                {28674, 13}, {28675, 11}, {28694, 14}, {28673, 2}, {28736, 3},  {-1, 8}};
+    } rows[] = {{0, 8},      {1, 8},      {2, 4},      {107, 1},   {4099, 4},  {4100, 10}, {4107, 16},
+                {4114, 12},  {4152, 9},   {4163, 7},   {4264, 15}, {4262, 5},  {4360, 6},  {4122, 8},
+                {28674, 13}, {28675, 11}, {28694, 14}, {28673, 2}, {28736, 3}, {-1, 8}};
     for (const auto& row : rows) {
         EXPECT_EQ(SlotsOfNewRoot(row.tag), row.slots) << row.tag;
     }

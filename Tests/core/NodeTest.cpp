@@ -28,9 +28,9 @@ struct OpenNode : Node {
 }  // namespace
 
 TEST(NodeTest, KindsAndTemporalitiesHaveTheirNumbers) {
-    const int kinds[] = {NodeTypeInteger,   NodeTypeGlobalID,   NodeTypeString,     NodeTypeDouble,
-                         NodeTypeBoolean,   NodeTypeVector,     NodeTypeMap,        NodeTypeIntegerSet,
-                         NodeTypeIdSet,     NodeTypeStringSet,  NodeTypeDoubleSet,  NodeTypeInteger64};
+    const int kinds[] = {NodeTypeInteger, NodeTypeGlobalID,  NodeTypeString,    NodeTypeDouble,
+                         NodeTypeBoolean, NodeTypeVector,    NodeTypeMap,       NodeTypeIntegerSet,
+                         NodeTypeIdSet,   NodeTypeStringSet, NodeTypeDoubleSet, NodeTypeInteger64};
     for (int i = 0; i < 12; ++i) {
         EXPECT_EQ(kinds[i], i + 1);
         EXPECT_EQ(kAllKinds[i], i + 1);

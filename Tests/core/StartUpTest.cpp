@@ -61,7 +61,9 @@ TEST(StartUpTest, AFailurePassesOnAndCountsNothing) {
                       "RouterCreated 'Orv Generics' 'TreeTrace' -3", "RouterReleased 'Orv Generics' 'Error'",
                       "LogRouterStopped", "LogStopped"}));
     observer.failAt.clear();
-    { const Initializer initializer; }
+    {
+        const Initializer initializer;
+    }
     Events both = kStartEvents;
     both.insert(both.end(), kStopEvents.begin(), kStopEvents.end());
     EXPECT_EQ(observer.TakeEvents(), both);
@@ -73,7 +75,9 @@ TEST(StartUpTest, TheModuleEntryKeepsTheHandleAndHoldsOneCount) {
     KivBase::ModuleAttach(&module);
     EXPECT_EQ(KivGenerics::GetModuleHandleOfLibrary(), &module);
     EXPECT_EQ(observer.TakeEvents(), kStartEvents);
-    { const Initializer initializer; }
+    {
+        const Initializer initializer;
+    }
     EXPECT_EQ(observer.TakeEvents(), Events{});
     KivBase::ModuleDetach();
     EXPECT_EQ(observer.TakeEvents(), kStopEvents);

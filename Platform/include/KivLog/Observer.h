@@ -13,9 +13,9 @@ namespace KivLog {
 class Observer {
 public:
     virtual ~Observer() = default;
-    virtual void LogStarting() {}       ///< a KivLog::Initializer is being made
-    virtual void LogStopped() {}        ///< a KivLog::Initializer has gone
-    virtual void LogRouterStarting() {} ///< a KivLogRouter::Initializer is being made
+    virtual void LogStarting() {}  ///< a KivLog::Initializer is being made
+    virtual void LogStopped() {}  ///< a KivLog::Initializer has gone
+    virtual void LogRouterStarting() {}  ///< a KivLogRouter::Initializer is being made
     virtual void LogRouterStopped() {}  ///< a KivLogRouter::Initializer has gone
     /// CreateRouter was called.
     virtual void RouterCreated(const char16_t* /*name*/, const char16_t* /*category*/, std::int32_t /*lockCategory*/) {}
