@@ -1,0 +1,131 @@
+// Every public header first, then the system's, with every macro that it brings.
+// clang-format off
+#include <KivBase/Allocator.h>
+#include <KivBase/Buffer.h>
+#include <KivBase/Export.h>
+#include <KivBase/Guid.h>
+#include <KivBase/Message.h>
+#include <KivBase/ModuleEntry.h>
+#include <KivBase/NoCopy.h>
+#include <KivBase/ReferenceCounted.h>
+#include <KivBase/ReturnPtr.h>
+#include <KivBase/ReturnPtrI.h>
+#include <KivBase/ReturnWString.h>
+#include <KivBase/Utf.h>
+#include <KivBase/WString.h>
+#include <KivCOMShared/BlockReadStream.h>
+#include <KivCOMShared/BlockWriteStream.h>
+#include <KivCOMShared/COrvReadArchive.h>
+#include <KivCOMShared/COrvSizeArchive.h>
+#include <KivCOMShared/COrvWriteArchive.h>
+#include <KivCOMShared/Variant.h>
+#include <KivGenerics/Boolean.h>
+#include <KivGenerics/Children.h>
+#include <KivGenerics/Composite.h>
+#include <KivGenerics/Double.h>
+#include <KivGenerics/DoubleSet.h>
+#include <KivGenerics/Exception.h>
+#include <KivGenerics/Export.h>
+#include <KivGenerics/Forward.h>
+#include <KivGenerics/GlobalID.h>
+#include <KivGenerics/IdSet.h>
+#include <KivGenerics/Initializer.h>
+#include <KivGenerics/Integer.h>
+#include <KivGenerics/Integer64.h>
+#include <KivGenerics/IntegerSet.h>
+#include <KivGenerics/IterateFlags.h>
+#include <KivGenerics/Iterator.h>
+#include <KivGenerics/Map.h>
+#include <KivGenerics/Node.h>
+#include <KivGenerics/NodeCast.h>
+#include <KivGenerics/NodeType.h>
+#include <KivGenerics/ObjectType.h>
+#include <KivGenerics/ResultCode.h>
+#include <KivGenerics/SemanticTag.h>
+#include <KivGenerics/String.h>
+#include <KivGenerics/StringSet.h>
+#include <KivGenerics/Temporality.h>
+#include <KivGenerics/ToText.h>
+#include <KivGenerics/Tree.h>
+#include <KivGenerics/Vector.h>
+#include <KivGenerics/VisitCode.h>
+#include <KivGenerics/Visitor.h>
+#include <KivGenerics/VisitorNode.h>
+#include <KivLog/Initializer.h>
+#include <KivLog/Observer.h>
+#include <KivLog/Router.h>
+#include <KivLogRouter/Initializer.h>
+#include <KivLogRouter/ResourceBundle.h>
+#include <KivResource/ResourceBundle.h>
+#include <KivStorage/Export.h>
+#include <KivStorage/FileReadStream.h>
+#include <KivStorage/FileWriteStream.h>
+#include <KivStorage/Interfaces.h>
+#include <KivStorage/LoadTree.h>
+#include <KivStorage/MemoryReadStream.h>
+#include <KivStorage/MemoryWriteStream.h>
+#include <KivStorage/Options.h>
+#include <KivStorage/ReadStream.h>
+#include <KivStorage/Result.h>
+#include <KivStorage/SaveTree.h>
+#include <KivStorage/SizeArchive.h>
+#include <KivStorage/SizeTotals.h>
+#include <KivStorage/UnsavedParts.h>
+#include <KivStorage/WriteStream.h>
+#include <KivSynch/AtomicLong.h>
+#include <KivSynch/LockStackCategory.h>
+#include <KivSynch/Sleep.h>
+
+#if defined(_INC_WINDOWS) || defined(_WINDOWS_)
+#error "a public header brings the system's"
+#endif
+#include <windows.h>
+#include <oaidl.h>
+// clang-format on
+
+#if !defined(GetMessage)
+#error "the macro that this is about is not there"
+#endif
+
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace KivGenerics;
+
+TEST(SystemHeaderLastTest, MessagesGiveTheirTextUnderTheSystemsNamesToo) {
+    KivBase::Message message;
+    message.SetMessage(u"text");
+    EXPECT_TRUE(message.GetMessage() == u"text");
+    EXPECT_TRUE(message.GetMessageA() == u"text");
+    EXPECT_TRUE(message.GetMessageW() == u"text");
+}
+
+TEST(SystemHeaderLastTest, ExceptionsGiveTheirText) {
+    const auto tree = CreateGenericTree(EnumOrvObjectType(0));
+    auto* const root = static_cast<Map*>(tree->NewRoot(NodeTypeMap));
+    try {
+        root->Move(0, nullptr);
+        ADD_FAILURE() << "nothing thrown";
+    } catch (const Exception& caught) {
+        EXPECT_TRUE(caught.GetMessage() == u"Move::Node can't be NULL!");
+    }
+}
+
+TEST(SystemHeaderLastTest, TreesAreBuiltSavedAndLoaded) {
+    const auto tree = CreateGenericTree(EnumOrvObjectType(0));
+    auto* const root = static_cast<Map*>(tree->NewRoot(NodeTypeMap));
+    auto* const record = static_cast<Map*>(root->NewNode(0, NodeTypeMap));
+    static_cast<Integer*>(record->NewNode(0, NodeTypeInteger))->Set(42);
+    static_cast<GlobalID*>(record->NewNode(1, NodeTypeGlobalID))->Set(IID_IUnknown);
+    std::vector<std::uint8_t> bytes;
+    ASSERT_EQ("", KivStorage::SaveTreeToMemory(tree.Get(), bytes).sentence);
+    const auto loaded = KivStorage::LoadTreeFromMemory(bytes.data(), bytes.size());
+    ASSERT_TRUE(loaded.result.Ok());
+    EXPECT_EQ(42, node_cast<Integer>(loaded.tree->FindNodeByKey(u"0:0:"))->Get());
+    EXPECT_TRUE(IsEqualGUID(IID_IUnknown, node_cast<GlobalID>(loaded.tree->FindNodeByKey(u"0:1:"))->Get()));
+}
+
+}  // namespace
