@@ -38,6 +38,7 @@ TEST(AtomicLongTest, ExchangeReturnsTheOldValue) {
 TEST(AtomicLongTest, CountsWithSeveralThreadsAtOnce) {
     AtomicLong counter;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&counter] {
             for (int j = 0; j < 20000; ++j) {

@@ -1,4 +1,4 @@
-#include "platform/CountedHeapPosix.h"
+#include "platform/CountedHeap.h"
 
 #include <atomic>
 #include <cstdlib>

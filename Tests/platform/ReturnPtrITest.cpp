@@ -1,6 +1,7 @@
 #include <KivBase/ReturnPtrI.h>
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -32,7 +33,9 @@ TEST(ReturnPtrITest, IsEmptyWhenDefaultConstructed) {
     const Handle handle;
     EXPECT_EQ(nullptr, handle.Get());
     EXPECT_FALSE(handle);
-    const Handle copy(handle);
+    Handle copy(handle);
+    EXPECT_FALSE(copy);
+    copy.Reset();
     EXPECT_FALSE(copy);
 }
 
@@ -54,9 +57,12 @@ TEST(ReturnPtrITest, CopyingTakesOneMoreReference) {
     Recorder object;
     {
         const Handle handle(&object);
-        const Handle copy(handle);
+        Handle copy(handle);
         EXPECT_EQ("+", object.calls);
         EXPECT_EQ(&object, copy.Get());
+        copy.Reset();
+        EXPECT_EQ("+-", object.calls);
+        EXPECT_EQ(&object, handle.Get());
     }
     EXPECT_EQ("+--", object.calls);
 }
@@ -64,10 +70,10 @@ TEST(ReturnPtrITest, CopyingTakesOneMoreReference) {
 TEST(ReturnPtrITest, MovingTakesNone) {
     Recorder object;
     {
-        Handle from(&object);
-        const Handle to(std::move(from));
+        const auto from = std::make_unique<Handle>(&object);
+        const Handle to(std::move(*from));
         EXPECT_EQ(&object, to.Get());
-        EXPECT_EQ(nullptr, from.Get());
+        EXPECT_EQ(nullptr, from->Get());
         EXPECT_EQ("", object.calls);
     }
     EXPECT_EQ("-", object.calls);
@@ -90,12 +96,12 @@ TEST(ReturnPtrITest, MoveAssignmentReleasesWhatWasHeld) {
     Recorder first;
     Recorder second;
     Handle to(&first);
-    Handle from(&second);
-    to = std::move(from);
+    const auto from = std::make_unique<Handle>(&second);
+    to = std::move(*from);
     EXPECT_EQ("-", first.calls);
     EXPECT_EQ("", second.calls);
     EXPECT_EQ(&second, to.Get());
-    EXPECT_FALSE(from);
+    EXPECT_EQ(nullptr, from->Get());
 }
 
 TEST(ReturnPtrITest, AssigningAHandleToItselfKeepsTheReference) {

@@ -1,5 +1,6 @@
 #include <KivBase/ReturnPtr.h>
 
+#include <memory>
 #include <type_traits>
 #include <utility>
 
@@ -39,21 +40,21 @@ TEST(ReturnPtrTest, DeletesItsObjectWhenItGoes) {
 }
 
 TEST(ReturnPtrTest, MovingPassesTheObjectOn) {
-    Handle from(new Counted(1));
-    Counted* const object = from.Get();
-    Handle to(std::move(from));
+    const auto from = std::make_unique<Handle>(new Counted(1));
+    Counted* const object = from->Get();
+    const Handle to(std::move(*from));
     EXPECT_EQ(object, to.Get());
-    EXPECT_EQ(nullptr, from.Get());
+    EXPECT_EQ(nullptr, from->Get());
     EXPECT_EQ(1, Counted::live);
 }
 
 TEST(ReturnPtrTest, AssigningDeletesTheOldObject) {
     Handle to(new Counted(1));
-    Handle from(new Counted(2));
-    to = std::move(from);
+    const auto from = std::make_unique<Handle>(new Counted(2));
+    to = std::move(*from);
     EXPECT_EQ(1, Counted::live);
     EXPECT_EQ(2, to->value);
-    EXPECT_FALSE(from);
+    EXPECT_EQ(nullptr, from->Get());
     to = Handle();
     EXPECT_EQ(0, Counted::live);
     EXPECT_FALSE(to);

@@ -6,7 +6,7 @@
 #include <KivBase/Buffer.h>
 #include <gtest/gtest.h>
 
-#include "platform/CountedHeapPosix.h"
+#include "platform/CountedHeap.h"
 
 namespace KivPlatform::Testing {
 namespace {
