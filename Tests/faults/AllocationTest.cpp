@@ -49,8 +49,7 @@ const Operation kOperations[] = {
     {"CopyFromNode", Promise::TreeUsable,
      [](Tree& tree, Tree& other) { tree.CopyFromNode(other.FindNodeByKey(u"3:")); }},
     {"CreateTreeInForest", Promise::TreeAsItWas, [](Tree& tree, Tree&) { tree.CreateTreeInForest(); }},
-    {"FindNodeByKey", Promise::TreeAsItWas,
-     [](Tree& tree, Tree&) { tree.FindNodeByKey(u"0:1:2:3:4:5:6:7:8:9:10:"); }},
+    {"FindNodeByKey", Promise::TreeAsItWas, [](Tree& tree, Tree&) { tree.FindNodeByKey(u"0:1:2:3:4:5:6:7:8:9:10:"); }},
     {"ClearTemporaryNodes", Promise::TreeUsable, [](Tree& tree, Tree&) { tree.ClearTemporaryNodes(); }},
     {"MapNewNodeInASlot", Promise::TreeAsItWas,
      [](Tree& tree, Tree&) { At<Map>(tree, u"").NewNode(9, NodeTypeString); }},
@@ -95,9 +94,7 @@ const Operation kOperations[] = {
      [](Tree& tree, Tree& other) { tree.GetRoot()->Compare(other.GetRoot(), TemporalityTemporary, true); }},
     {"StringSet", Promise::TreeAsItWas, [](Tree& tree, Tree&) { At<String>(tree, u"0:4:").Set(kLongText); }},
     {"StringPopulate", Promise::TreeAsItWas,
-     [](Tree& tree, Tree& other) {
-         At<String>(tree, u"0:4:").Populate(other.FindNodeByKey(u"3:0:0:"));
-     }},
+     [](Tree& tree, Tree& other) { At<String>(tree, u"0:4:").Populate(other.FindNodeByKey(u"3:0:0:")); }},
     {"IntegerSetAdd", Promise::TreeAsItWas, [](Tree& tree, Tree&) { At<IntegerSet>(tree, u"1:0:").Add(77); }},
     {"IntegerSetSet", Promise::TreeAsItWas,
      [](Tree& tree, Tree&) {

@@ -37,17 +37,39 @@ void GiveBlock(void* block) noexcept {
 
 }  // namespace
 
-void* operator new(std::size_t size) { return NeedBlock(size, 1); }
-void* operator new[](std::size_t size) { return NeedBlock(size, 1); }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return TakeBlock(size, 1); }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return TakeBlock(size, 1); }
+void* operator new(std::size_t size) {
+    return NeedBlock(size, 1);
+}
+void* operator new[](std::size_t size) {
+    return NeedBlock(size, 1);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return TakeBlock(size, 1);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return TakeBlock(size, 1);
+}
 void* operator new(std::size_t size, std::align_val_t alignment) {
     return NeedBlock(size, static_cast<std::size_t>(alignment));
 }
-void operator delete(void* block) noexcept { GiveBlock(block); }
-void operator delete[](void* block) noexcept { GiveBlock(block); }
-void operator delete(void* block, std::size_t) noexcept { GiveBlock(block); }
-void operator delete[](void* block, std::size_t) noexcept { GiveBlock(block); }
-void operator delete(void* block, const std::nothrow_t&) noexcept { GiveBlock(block); }
-void operator delete(void* block, std::align_val_t) noexcept { GiveBlock(block); }
-void operator delete(void* block, std::size_t, std::align_val_t) noexcept { GiveBlock(block); }
+void operator delete(void* block) noexcept {
+    GiveBlock(block);
+}
+void operator delete[](void* block) noexcept {
+    GiveBlock(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+    GiveBlock(block);
+}
+void operator delete[](void* block, std::size_t) noexcept {
+    GiveBlock(block);
+}
+void operator delete(void* block, const std::nothrow_t&) noexcept {
+    GiveBlock(block);
+}
+void operator delete(void* block, std::align_val_t) noexcept {
+    GiveBlock(block);
+}
+void operator delete(void* block, std::size_t, std::align_val_t) noexcept {
+    GiveBlock(block);
+}

@@ -8,7 +8,8 @@ void RunOnSmallStack(std::function<void()> work) {
         (*static_cast<std::function<void()>*>(argument))();
         return 0;
     };
-    const HANDLE thread = CreateThread(nullptr, SIZE_T{1} << 20, start, &work, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+    const HANDLE thread =
+        CreateThread(nullptr, SIZE_T{1} << 20, start, &work, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
     ASSERT_NE(thread, nullptr) << "error " << GetLastError();
     EXPECT_EQ(WaitForSingleObject(thread, INFINITE), WAIT_OBJECT_0);
     CloseHandle(thread);

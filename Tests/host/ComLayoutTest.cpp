@@ -73,8 +73,9 @@ const void* Entry(Function* function) {
 }
 
 const void* const kWriteTable[] = {
-    Entry(QueryInterface), Entry(AddRef),  Entry(Release),    Entry(PutLong),        Entry(PutDouble),    Entry(PutShort),
-    Entry(PutWideString),  Entry(PutGUID), Entry(PutVariant), Entry(PutBeginObject), Entry(PutEndObject),
+    Entry(QueryInterface), Entry(AddRef),         Entry(Release),       Entry(PutLong),
+    Entry(PutDouble),      Entry(PutShort),       Entry(PutWideString), Entry(PutGUID),
+    Entry(PutVariant),     Entry(PutBeginObject), Entry(PutEndObject),
 };
 
 /// A function of a stream by its place in the table.
@@ -100,9 +101,9 @@ TEST(ComLayoutTest, AHandMadeTableIsAStreamToWriteTo) {
     EXPECT_EQ(0, stream->PutBeginObject(9));
     EXPECT_EQ(0, stream->PutEndObject());
     EXPECT_EQ(1u, stream->Release());
-    EXPECT_EQ((std::vector<std::string>{"QueryInterface", "AddRef", "PutLong -5", "PutDouble 0.500000", "PutShort 65535",
-                                        "PutWideString ab", "PutGUID 77", "PutVariant", "PutBeginObject 9",
-                                        "PutEndObject", "Release"}),
+    EXPECT_EQ((std::vector<std::string>{"QueryInterface", "AddRef", "PutLong -5", "PutDouble 0.500000",
+                                        "PutShort 65535", "PutWideString ab", "PutGUID 77", "PutVariant",
+                                        "PutBeginObject 9", "PutEndObject", "Release"}),
               made.calls);
 }
 
@@ -114,8 +115,8 @@ TEST(ComLayoutTest, TheLibrarySavesThroughAHandMadeTable) {
     HandMade made = {kWriteTable, {}};
     const void* const object = &made;
     ASSERT_EQ(0, tree->SaveToStream(static_cast<KivCOMShared::BlockWriteStream*>(const_cast<void*>(object)), false));
-    EXPECT_EQ((std::vector<std::string>{"AddRef", "PutBeginObject 0", "PutLong 0", "PutBeginObject 519", "PutLong 65792",
-                                        "PutBeginObject 1031", "PutLong 65921", "PutLong -2097152000",
+    EXPECT_EQ((std::vector<std::string>{"AddRef", "PutBeginObject 0", "PutLong 0", "PutBeginObject 519",
+                                        "PutLong 65792", "PutBeginObject 1031", "PutLong 65921", "PutLong -2097152000",
                                         "PutWideString tree", "PutEndObject", "PutEndObject", "PutEndObject",
                                         "Release"}),
               made.calls);

@@ -26,8 +26,9 @@ TEST(LoadingTest, LoadingStartsTheLoggingOnceAndUnloadingStopsItInTheOppositeOrd
     ASSERT_FALSE(Library::IsLoaded());
     Library library;
     ASSERT_TRUE(library.IsOpen());
-    EXPECT_EQ(observer.TakeEvents(), (Events{"LogStarting", "LogRouterStarting", "RouterCreated 'Orv Generics' 'Error' -3",
-                                             "RouterCreated 'Orv Generics' 'TreeTrace' -3"}));
+    EXPECT_EQ(observer.TakeEvents(),
+              (Events{"LogStarting", "LogRouterStarting", "RouterCreated 'Orv Generics' 'Error' -3",
+                      "RouterCreated 'Orv Generics' 'TreeTrace' -3"}));
     library.Close();
     EXPECT_EQ(observer.TakeEvents(),
               (Events{"RouterReleased 'Orv Generics' 'TreeTrace'", "RouterReleased 'Orv Generics' 'Error'",

@@ -55,7 +55,9 @@ TEST(FileStreamWindowsTest, NamesBeyondTheFirstPlaneOfUnicodeAreKept) {
     const Folder folder;
     const auto path = folder.GetPath() / L"Gr\u00FC\u00DFe \xD83C\xDF33.kiv";
     ASSERT_EQ("", Save(path, 3).sentence);
-    EXPECT_EQ((Names{"Gr\xC3\xBC\xC3\x9F" "e \xF0\x9F\x8C\xB3.kiv"}), folder.GetNames());
+    EXPECT_EQ((Names{"Gr\xC3\xBC\xC3\x9F"
+                     "e \xF0\x9F\x8C\xB3.kiv"}),
+              folder.GetNames());
     EXPECT_NE(INVALID_FILE_ATTRIBUTES, GetFileAttributesW(path.c_str()));
     EXPECT_EQ("", FileReadStream::Create(path)->GetError().sentence);
 }

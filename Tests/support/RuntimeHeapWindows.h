@@ -3,8 +3,11 @@
 // On Windows a program's own operators `new` and `delete` serve that program alone: its libraries go on calling those of the
 // C++ runtime's library. These in turn call the C runtime, through a table of addresses, in which a test can put others.
 
+#include <cstdlib>
 #include <cstring>
+#include <stdexcept>
 
+#include <malloc.h>
 #include <windows.h>
 
 namespace KivTests {
@@ -45,6 +48,59 @@ bool ReplaceInRuntime(const char* function, Function* replacement) {
     }
     *place = reinterpret_cast<ULONGLONG>(replacement);
     return VirtualProtect(place, sizeof *place, before, &before) != 0;
+}
+
+/// What a test program is asked and told of every block that an operator `new` takes and an operator `delete` gives back.
+struct HeapWatch {
+    bool (*refuses)() noexcept;
+    void (*taken)() noexcept;
+    void (*given)() noexcept;
+};
+
+inline HeapWatch heapWatch;
+
+inline void* Watched(void* block) noexcept {
+    if (block != nullptr) {
+        heapWatch.taken();
+    }
+    return block;
+}
+
+inline void* TakeBlock(std::size_t size) noexcept {
+    return heapWatch.refuses() ? nullptr : Watched(std::malloc(size));
+}
+
+inline void* TakeZeros(std::size_t count, std::size_t size) noexcept {
+    return heapWatch.refuses() ? nullptr : Watched(std::calloc(count, size));
+}
+
+inline void* TakeAligned(std::size_t size, std::size_t alignment) noexcept {
+    return heapWatch.refuses() ? nullptr : Watched(_aligned_malloc(size, alignment));
+}
+
+inline void GiveBlock(void* block) noexcept {
+    if (block != nullptr) {
+        heapWatch.given();
+        std::free(block);
+    }
+}
+
+inline void GiveAligned(void* block) noexcept {
+    if (block != nullptr) {
+        heapWatch.given();
+        _aligned_free(block);
+    }
+}
+
+/// Watches the heap from now on. Throws when that cannot be done: the tests would then fail nothing and count nothing.
+inline bool WatchHeap(const HeapWatch& watch) {
+    heapWatch = watch;
+    if (ReplaceInRuntime("malloc", TakeBlock) && ReplaceInRuntime("calloc", TakeZeros) &&
+        ReplaceInRuntime("_aligned_malloc", TakeAligned) && ReplaceInRuntime("free", GiveBlock) &&
+        ReplaceInRuntime("_aligned_free", GiveAligned)) {
+        return true;
+    }
+    throw std::runtime_error("the runtime's heap cannot be watched");
 }
 
 }  // namespace KivTests

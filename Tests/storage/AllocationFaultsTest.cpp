@@ -1,7 +1,4 @@
-// This program's own operators: those of the shared libraries are bound to them where symbols can be replaced.
 #include <atomic>
-#include <cstdlib>
-#include <new>
 
 #include <KivStorage/FileReadStream.h>
 #include <KivStorage/LoadTree.h>
@@ -9,6 +6,7 @@
 #include <KivStorage/SizeArchive.h>
 #include <gtest/gtest.h>
 
+#include "storage/Heap.h"
 #include "storage/Support.h"
 
 namespace {
@@ -16,57 +14,14 @@ namespace {
 std::atomic<long> countdown{0};  // 0: nothing fails
 std::atomic<bool> struck{false};
 
-bool Strikes() noexcept {
+}  // namespace
+
+bool StorageTest::Strikes() noexcept {
     if (countdown == 0 || --countdown > 0) {
         return false;
     }
     struck = true;
     return true;
-}
-
-void* Take(std::size_t size) noexcept {
-    return Strikes() ? nullptr : std::malloc(size == 0 ? 1 : size);
-}
-
-void* Need(std::size_t size) {
-    void* const block = Take(size);
-    if (block == nullptr) {
-        throw std::bad_alloc();
-    }
-    return block;
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    return Need(size);
-}
-void* operator new[](std::size_t size) {
-    return Need(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return Take(size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    return Take(size);
-}
-void operator delete(void* block) noexcept {
-    std::free(block);
-}
-void operator delete[](void* block) noexcept {
-    std::free(block);
-}
-void operator delete(void* block, std::size_t) noexcept {
-    std::free(block);
-}
-void operator delete[](void* block, std::size_t) noexcept {
-    std::free(block);
-}
-void operator delete(void* block, const std::nothrow_t&) noexcept {
-    std::free(block);
-}
-void operator delete[](void* block, const std::nothrow_t&) noexcept {
-    std::free(block);
 }
 
 namespace {
@@ -95,7 +50,7 @@ int FailEach(Step step) {
     }
 }
 
-TEST(AllocationFaultsPosixTest, ASaveForWhichThereIsNoMemoryLeavesTheOldFileAndNoTemporary) {
+TEST(AllocationFaultsTest, ASaveForWhichThereIsNoMemoryLeavesTheOldFileAndNoTemporary) {
     const Folder folder;
     const auto path = folder / "tree";
     const auto tree = TreeOfEveryKind();
@@ -112,7 +67,7 @@ TEST(AllocationFaultsPosixTest, ASaveForWhichThereIsNoMemoryLeavesTheOldFileAndN
     EXPECT_GE(failures, 10);
 }
 
-TEST(AllocationFaultsPosixTest, ASaveToMemoryForWhichThereIsNoneLeavesTheBytes) {
+TEST(AllocationFaultsTest, ASaveToMemoryForWhichThereIsNoneLeavesTheBytes) {
     const auto tree = TreeOfEveryKind();
     const Bytes old = Text("old");
     Bytes bytes = old;
@@ -126,7 +81,7 @@ TEST(AllocationFaultsPosixTest, ASaveToMemoryForWhichThereIsNoneLeavesTheBytes) 
     EXPECT_GE(failures, 5);
 }
 
-TEST(AllocationFaultsPosixTest, ALoadForWhichThereIsNoMemoryGivesNoTree) {
+TEST(AllocationFaultsTest, ALoadForWhichThereIsNoMemoryGivesNoTree) {
     const Folder folder;
     const auto path = folder / "tree";
     const auto tree = TreeOfEveryKind();
@@ -144,7 +99,7 @@ TEST(AllocationFaultsPosixTest, ALoadForWhichThereIsNoMemoryGivesNoTree) {
     EXPECT_GE(failures, 8);
 }
 
-TEST(AllocationFaultsPosixTest, AnErrorForWhoseSentenceThereIsNoMemoryIsAnErrorAllTheSame) {
+TEST(AllocationFaultsTest, AnErrorForWhoseSentenceThereIsNoMemoryIsAnErrorAllTheSame) {
     const Folder folder;
     const auto path = folder / "a name that is long enough for its sentence to need memory";
     for (long k = 1; k < 60; ++k) {
