@@ -74,7 +74,7 @@ private:
 KivBase::Buffer* MakeFaultyBuffer(int reserved1, int reserved2, std::int32_t blockSize, bool reserved3) {
     std::unique_ptr<KivBase::Buffer> buffer(KivBase::CreateDefaultBuffer(reserved1, reserved2, blockSize, reserved3));
     KivBase::Buffer* const faulty = new FaultyBuffer(buffer.get());
-    buffer.release();
+    static_cast<void>(buffer.release());
     return faulty;
 }
 

@@ -17,7 +17,11 @@ std::atomic<bool> struck{false};
 }  // namespace
 
 bool StorageTest::Strikes() noexcept {
-    if (countdown == 0 || --countdown > 0) {
+    if (countdown == 0) {
+        return false;
+    }
+    const long left = --countdown;
+    if (left > 0) {
         return false;
     }
     struck = true;
