@@ -34,6 +34,10 @@ DWORD CanBeReplaced(const wchar_t* file) noexcept {
     return ERROR_SUCCESS;
 }
 
+bool IsGone(const wchar_t* file) noexcept {
+    return ::GetFileAttributesW(file) == INVALID_FILE_ATTRIBUTES && ::GetLastError() == ERROR_FILE_NOT_FOUND;
+}
+
 /// One step, in which the old file gives way to the new one. ERROR_SUCCESS or the system's error.
 DWORD PutInPlace(const wchar_t* from, const wchar_t* to, bool replaces) noexcept {
     if (replaces) {
@@ -109,6 +113,14 @@ Result AtomicFile::Replace() {
     for (int tries = 1; tries < kMaxTries && IsPassing(error); ++tries) {
         ::Sleep(kPauseMilliseconds);
         error = PutInPlace(temporary_.c_str(), target_.c_str(), replaces_);
+    }
+    if (error != ERROR_SUCCESS && replaces_ && IsGone(target_.c_str())) {
+        // A replacement that failed half way has taken the old file's name: the new one is all there is, and stays.
+        const std::filesystem::path kept = temporary_;
+        temporary_.clear();
+        Result result = Failure(StorageFileNotReplaced, static_cast<int>(error));
+        result.sentence += " The new content is whole, in " + FilePlace(kept) + ".";
+        return result;
     }
     if (error != ERROR_SUCCESS) {
         return Failure(StorageFileNotReplaced, static_cast<int>(error));
