@@ -260,5 +260,21 @@ TEST_P(MapMoveTest, PopulatingTheChildrenMayKeepThoseThatStand) {
     EXPECT_EQ("4100{0:1 40:2}", Show(map_));
 }
 
+// A node that stands in two vectors has the index of the one that numbered it last.
+TEST_P(MapMoveTest, ANodeThatCannotBeTakenOutLeavesNoTraceInTheMap) {
+    Vector* const first = NewVector();
+    Append(first, 1);
+    Append(first, 2);
+    Integer* const node = Append(first, 3);
+    Vector* const second = NewVector();
+    second->InsertNode(0, node);
+    first->Remove(0);
+    ASSERT_EQ(1, node->GetIndex());
+    EXPECT_EQ(kNothing, TextOf([&] { map_->Move(40, node); }));
+    EXPECT_EQ("{}", Show(map_));
+    EXPECT_TRUE(map_->IsEmpty());
+    EXPECT_EQ(nullptr, map_->GetNext(-1));
+}
+
 }  // namespace
 }  // namespace KivGenerics::Testing
