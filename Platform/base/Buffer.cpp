@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "base/Poison.h"
+#include "base/Regions.h"
 #include "base/SizeClasses.h"
 
 namespace KivBase {
@@ -12,24 +13,30 @@ namespace {
 
 constexpr std::int32_t kSmallestBlock = 1024;
 
-/// A region of blocks with a cursor.
+/// A run of blocks in one piece of memory, from the heap or, where it is mapped, a region of the system's.
+struct Run {
+    Run* next;
+    std::size_t size;  // bytes, this record included
+    bool mapped;
+};
+
+/// Blocks with a cursor, carved from runs that grow with the buffer.
 ///
-///     block:  | next block | handed out ... | cursor -> free ... |
+///     run:  | record | block ... cursor -> free ... | block | ... |
 ///
 /// Nothing stands in front of what is handed out: its size comes back with it. Requests above a quarter of a block (and
 /// above 512 bytes), and those aligned to more than 8 bytes, are served apart, each from the system and back to it.
 class RegionBuffer final : public Buffer {
 public:
     explicit RegionBuffer(std::int32_t blockSize)
-        : blockSize_(static_cast<std::size_t>(std::max(blockSize, kSmallestBlock))),
-          largest_(std::max(blockSize_ / 4, kSmallestLargest)) {}
+        : blockSize_(static_cast<std::size_t>(std::max(blockSize, kSmallestBlock)) / kGranule * kGranule),
+          largest_(std::max(blockSize_ / 4, kLargestTake)) {}
 
     ~RegionBuffer() override {
-        while (blocks_ != nullptr) {
-            Block* const block = blocks_;
-            blocks_ = block->next;
-            Unpoison(block, blockSize_);
-            ::operator delete(block);
+        while (runs_ != nullptr) {
+            Run* const run = runs_;
+            runs_ = run->next;
+            ReleaseRun(run);
         }
         while (apart_.next != &apart_) {
             FreeApart(apart_.next);
@@ -45,20 +52,23 @@ public:
         if (memory != nullptr) {
             Unpoison(memory, sizeClass.size);
             free_[sizeClass.index] = static_cast<FreeMemory*>(memory)->next;
-        } else {
-            if (static_cast<std::size_t>(end_ - cursor_) < sizeClass.size) {
-                AddBlock();
-            }
-            memory = cursor_;
-            cursor_ += sizeClass.size;
-            Unpoison(memory, sizeClass.size);
+            kept_ -= sizeClass.size;
+            return memory;
         }
-        inUse_ += sizeClass.size;
+        if (blockEnd_ - cursor_ < sizeClass.size) {
+            AddBlock();
+        }
+        memory = reinterpret_cast<void*>(cursor_);
+        cursor_ += sizeClass.size;
+        Unpoison(memory, sizeClass.size);
         return memory;
     }
 
-    std::size_t BytesReserved() const override { return reserved_; }
-    std::size_t BytesInUse() const override { return inUse_; }
+    std::size_t BytesReserved() const override { return blocks_ * blockSize_ + apartReserved_; }
+    // All of every block is in use but what lies ahead of the cursor and what came back.
+    std::size_t BytesInUse() const override {
+        return blocks_ * blockSize_ - (blockEnd_ - cursor_) - kept_ + apartInUse_;
+    }
 
     void Free(void* memory, std::size_t size, std::size_t alignment) noexcept override {
         if (memory == nullptr) {
@@ -68,15 +78,10 @@ public:
             FreeApart(reinterpret_cast<Apart*>(static_cast<char*>(memory) - GetRoomBefore(alignment)));
             return;
         }
-        const SizeClass sizeClass = GetSizeClass(size);
-        inUse_ -= sizeClass.size;
-        Keep(memory, sizeClass);
+        Keep(memory, GetSizeClass(size));
     }
 
 private:
-    struct Block {
-        Block* next;
-    };
     struct FreeMemory {
         FreeMemory* next;
     };
@@ -89,7 +94,8 @@ private:
         std::size_t alignment;
     };
 
-    static constexpr std::size_t kSmallestLargest = 512;
+    // Beyond so much a buffer is large, and takes whole regions.
+    static constexpr std::size_t kLargeBuffer = kRegionSize / 2;
 
     static std::size_t GetRoomBefore(std::size_t alignment) noexcept {
         const std::size_t step = std::max(alignment, alignof(Apart));
@@ -100,27 +106,59 @@ private:
         auto* const kept = static_cast<FreeMemory*>(memory);
         kept->next = free_[sizeClass.index];
         free_[sizeClass.index] = kept;
+        kept_ += sizeClass.size;
         Poison(memory, sizeClass.size);
     }
 
+    // A block that follows on the present one makes that longer.
     void AddBlock() {
-        auto* const block = static_cast<Block*>(::operator new(blockSize_));
+        if (runEnd_ - blockEnd_ < blockSize_) {
+            AddRun();
+        }
+        blockEnd_ += blockSize_;
+        ++blocks_;
+        end_ = kPoisons ? 0 : blockEnd_;
+    }
+
+    // Runs grow with the buffer, so that a large one costs few requests and a small one takes little.
+    void AddRun() {
+        std::size_t size = sizeof(Run) + std::max(blocks_, std::size_t{1}) * blockSize_;
+        void* memory = nullptr;
+        const bool mapped = blocks_ * blockSize_ >= kLargeBuffer && blockSize_ <= kRegionSize - sizeof(Run);
+        if (mapped) {
+            size = kRegionSize;
+            memory = TakeRegion();
+        } else {
+            memory = ::operator new(size);
+        }
+        if (memory == nullptr) {
+            throw std::bad_alloc();
+        }
         KeepRestOfBlock();
-        block->next = blocks_;
-        blocks_ = block;
-        reserved_ += blockSize_;
-        cursor_ = reinterpret_cast<char*>(block) + std::max(sizeof(Block), kGranule);
-        end_ = reinterpret_cast<char*>(block) + blockSize_ / kGranule * kGranule;
-        Poison(cursor_, static_cast<std::size_t>(end_ - cursor_));
+        runs_ = ::new (memory) Run{runs_, size, mapped};
+        cursor_ = reinterpret_cast<std::uintptr_t>(runs_ + 1);
+        blockEnd_ = cursor_;
+        runEnd_ = reinterpret_cast<std::uintptr_t>(memory) + size;
+        Poison(runs_ + 1, size - sizeof(Run));
+    }
+
+    void ReleaseRun(Run* run) noexcept {
+        Unpoison(run, run->size);
+        if (run->mapped) {
+            ReturnRegion(run);
+        } else {
+            ::operator delete(run);
+        }
     }
 
     // What is left of the block that the cursor leaves goes to smaller requests.
     void KeepRestOfBlock() noexcept {
-        while (static_cast<std::size_t>(end_ - cursor_) >= kGranule) {
-            const SizeClass rest = GetExactClassWithin(static_cast<std::size_t>(end_ - cursor_));
-            Unpoison(cursor_, rest.size);
-            Keep(cursor_, rest);
+        while (blockEnd_ - cursor_ >= kGranule) {
+            const SizeClass rest = GetExactClassWithin(blockEnd_ - cursor_);
+            void* const memory = reinterpret_cast<void*>(cursor_);
+            Unpoison(memory, rest.size);
             cursor_ += rest.size;
+            Keep(memory, rest);
         }
     }
 
@@ -138,27 +176,29 @@ private:
         *apart = {&apart_, apart_.next, reserved, size, alignment};
         apart_.next->previous = apart;
         apart_.next = apart;
-        reserved_ += reserved;
-        inUse_ += size;
+        apartReserved_ += reserved;
+        apartInUse_ += size;
         return static_cast<char*>(memory) + before;
     }
 
     void FreeApart(Apart* apart) noexcept {
         apart->previous->next = apart->next;
         apart->next->previous = apart->previous;
-        reserved_ -= apart->reserved;
-        inUse_ -= apart->size;
+        apartReserved_ -= apart->reserved;
+        apartInUse_ -= apart->size;
         ::operator delete(apart, static_cast<std::align_val_t>(std::max(apart->alignment, alignof(Apart))));
     }
 
-    char* cursor_ = nullptr;
-    char* end_ = nullptr;
-    std::size_t inUse_ = 0;
+    std::uintptr_t blockEnd_ = 0;  // of the present block; the base's end_ is the same unless memory is poisoned
+    std::uintptr_t runEnd_ = 0;  // room for more blocks up to here
+    std::size_t blocks_ = 0;
+    std::size_t kept_ = 0;  // bytes in free_
     FreeMemory* free_[kSizeClasses] = {};
-    std::size_t reserved_ = 0;
     std::size_t blockSize_;
     std::size_t largest_;  // the largest request that a block serves
-    Block* blocks_ = nullptr;
+    Run* runs_ = nullptr;
+    std::size_t apartReserved_ = 0;
+    std::size_t apartInUse_ = 0;
     Apart apart_ = {&apart_, &apart_, 0, 0, 0};
 };
 

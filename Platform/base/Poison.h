@@ -19,6 +19,12 @@
 
 namespace KivBase {
 
+#if defined(KIV_HAS_ASAN)
+inline constexpr bool kPoisons = true;
+#else
+inline constexpr bool kPoisons = false;
+#endif
+
 inline void Poison([[maybe_unused]] const void* memory, [[maybe_unused]] std::size_t size) noexcept {
 #if defined(KIV_HAS_ASAN)
     __asan_poison_memory_region(memory, size);

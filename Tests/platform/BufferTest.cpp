@@ -63,9 +63,9 @@ TEST(BufferTest, PlacesAllocationsOneBehindTheOtherWithNothingBetween) {
     EXPECT_EQ(56U, buffer->BytesInUse());
 }
 
-TEST(BufferTest, ABlockHolds127WordsOf8Bytes) {
+TEST(BufferTest, ABlockHolds128WordsOf8Bytes) {
     const auto buffer = MakeBuffer();
-    for (int i = 0; i < 127; ++i) {
+    for (int i = 0; i < 128; ++i) {
         buffer->Allocate(8, 8);
     }
     EXPECT_EQ(1024U, buffer->BytesReserved());
@@ -143,12 +143,27 @@ TEST(BufferTest, RoundsSizesUpToTheirClass) {
 TEST(BufferTest, TheRestOfABlockServesLaterRequests) {
     const auto buffer = MakeBuffer();
     void* const first = buffer->Allocate(512, 8);
+    buffer->Allocate(504, 8);
     buffer->Allocate(512, 8);
     EXPECT_EQ(2048U, buffer->BytesReserved());
-    // 1024 less the block's own word and the first 512.
-    void* const rest = buffer->Allocate(504, 8);
-    EXPECT_EQ(512, Distance(first, rest));
+    void* const rest = buffer->Allocate(8, 8);
+    EXPECT_EQ(512 + 504, Distance(first, rest));
     EXPECT_EQ(2048U, buffer->BytesReserved());
+}
+
+TEST(BufferTest, BlocksComeInRunsThatGrowWithTheBuffer) {
+    const auto buffer = MakeBuffer();
+    // The third and the fourth block of 1024 bytes come in one piece, with nothing between them.
+    for (int i = 0; i < 4; ++i) {
+        buffer->Allocate(512, 8);
+    }
+    void* const third = buffer->Allocate(512, 8);
+    void* place = third;
+    for (int i = 1; i < 4; ++i) {
+        place = buffer->Allocate(512, 8);
+        EXPECT_EQ(i * 512, Distance(third, place));
+    }
+    EXPECT_EQ(4096U, buffer->BytesReserved());
 }
 
 TEST(BufferTest, ALongRestOfABlockServesSeveralRequests) {
@@ -158,23 +173,25 @@ TEST(BufferTest, ALongRestOfABlockServesSeveralRequests) {
         place = static_cast<char*>(buffer->Allocate(4096, 8));
     }
     buffer->Allocate(3072, 8);
+    buffer->Allocate(8, 8);
     buffer->Allocate(4096, 8);
     ASSERT_EQ(32768U, buffer->BytesReserved());
-    // Of the first block 16384 - 8 - 3 * 4096 - 3072 = 1016 bytes were left.
-    EXPECT_EQ(place + 4096 + 3072, buffer->Allocate(1016, 8));
+    // Of the first block 16384 - 3 * 4096 - 3072 - 8 = 1016 bytes were left.
+    EXPECT_EQ(place + 8 + 4096 + 3072, buffer->Allocate(1016, 8));
 
     const auto other = MakeBuffer(16384);
     for (int i = 0; i < 3; ++i) {
-        place = static_cast<char*>(other->Allocate(4096, 8));
+        other->Allocate(4096, 8);
     }
+    const char* const rest = static_cast<char*>(other->Allocate(8, 8)) + 8;
     other->Allocate(4096, 8);
     ASSERT_EQ(32768U, other->BytesReserved());
     // 4088 were left: three times 1024, and 1016.
     void* const last = other->Allocate(1016, 8);
-    EXPECT_EQ(place + 4096 + 3072, last);
-    EXPECT_EQ(place + 4096 + 2048, other->Allocate(1024, 8));
-    EXPECT_EQ(place + 4096 + 1024, other->Allocate(1024, 8));
-    EXPECT_EQ(place + 4096, other->Allocate(1024, 8));
+    EXPECT_EQ(rest + 3072, last);
+    EXPECT_EQ(rest + 2048, other->Allocate(1024, 8));
+    EXPECT_EQ(rest + 1024, other->Allocate(1024, 8));
+    EXPECT_EQ(rest, other->Allocate(1024, 8));
     EXPECT_EQ(32768U, other->BytesReserved());
 }
 
