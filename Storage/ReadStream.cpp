@@ -2,7 +2,6 @@
 
 #include <KivStorage/Interfaces.h>
 
-#include "format/Failure.h"
 #include "format/ItemReader.h"
 #include "format/QueryInterface.h"
 
@@ -11,19 +10,6 @@ namespace KivStorage {
 ReadStream::ReadStream(std::unique_ptr<ByteSource> source, const ReadLimits& limits)
     : items_(new ItemReader(std::move(source), limits)) {}
 ReadStream::~ReadStream() = default;
-
-/// No exception passes to a host: no memory for an error's sentence is an error itself.
-template <class Step>
-std::int32_t ReadStream::Run(const void* output, Step step) noexcept {
-    try {
-        if (output == nullptr) {
-            return SetError(Fail(StorageNullPointer, items_->GetPlace()));
-        }
-        return step(*items_);
-    } catch (...) {
-        return SetError(FailQuietly(StorageOutOfMemory, ""));
-    }
-}
 
 std::int32_t ReadStream::QueryInterface(const GUID& interfaceId, void** object) {
     return AnswerInterface(this, interfaceId, BlockReadStreamId, object);
@@ -42,44 +28,43 @@ std::uint32_t ReadStream::Release() {
 }
 
 std::int32_t ReadStream::GetLong(std::int32_t* value) {
-    return Run(value, [=](ItemReader& items) { return items.GetLong(value); });
+    return items_->GetLong(value);
 }
 
 std::int32_t ReadStream::GetDouble(double* value) {
-    return Run(value, [=](ItemReader& items) { return items.GetDouble(value); });
+    return items_->GetDouble(value);
 }
 
 std::int32_t ReadStream::GetShort(std::uint16_t* value) {
-    return Run(value, [=](ItemReader& items) { return items.GetShort(value); });
+    return items_->GetShort(value);
 }
 
 std::int32_t ReadStream::GetStringLength(std::uint32_t* length) {
-    return Run(length, [=](ItemReader& items) { return items.GetTextLength(length); });
+    return items_->GetTextLength(length);
 }
 
 std::int32_t ReadStream::GetStringChars(std::uint32_t length, char16_t* buffer) {
-    return Run(buffer, [=](ItemReader& items) { return items.GetTextUnits(length, buffer); });
+    return items_->GetTextUnits(length, buffer);
 }
 
 std::int32_t ReadStream::GetGUID(GUID* value) {
-    return Run(value, [=](ItemReader& items) { return items.GetGuid(value); });
+    return items_->GetGuid(value);
 }
 
 std::int32_t ReadStream::GetVariant(VARIANT* value) {
-    return Run(value, [=](ItemReader& items) { return items.GetVariant(value); });
+    return items_->GetVariant(value);
 }
 
 std::int32_t ReadStream::GetObjectTag(std::uint16_t* tag) {
-    return Run(tag, [=](ItemReader& items) { return items.GetObjectTag(tag); });
+    return items_->GetObjectTag(tag);
 }
 
 std::int32_t ReadStream::GetEndObject() {
-    return Run(this, [](ItemReader& items) { return items.EndObject(); });
+    return items_->EndObject();
 }
 
 Result ReadStream::Finish() {
-    const std::int32_t code = Run(this, [](ItemReader& items) { return items.Finish(); });
-    return code < 0 ? GetError() : Result{};
+    return items_->Finish() < 0 ? GetError() : Result{};
 }
 
 const Result& ReadStream::GetError() const noexcept {

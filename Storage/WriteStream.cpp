@@ -2,7 +2,6 @@
 
 #include <KivStorage/Interfaces.h>
 
-#include "format/Failure.h"
 #include "format/ItemWriter.h"
 #include "format/QueryInterface.h"
 
@@ -10,16 +9,6 @@ namespace KivStorage {
 
 WriteStream::WriteStream(std::unique_ptr<ByteSink> sink) : items_(new ItemWriter(std::move(sink))) {}
 WriteStream::~WriteStream() = default;
-
-/// No exception passes to a host: no memory for an error's sentence is an error itself.
-template <class Step>
-std::int32_t WriteStream::Run(Step step) noexcept {
-    try {
-        return step(*items_);
-    } catch (...) {
-        return SetError(FailQuietly(StorageOutOfMemory, ""));
-    }
-}
 
 std::int32_t WriteStream::QueryInterface(const GUID& interfaceId, void** object) {
     return AnswerInterface(this, interfaceId, BlockWriteStreamId, object);
@@ -38,35 +27,35 @@ std::uint32_t WriteStream::Release() {
 }
 
 std::int32_t WriteStream::PutLong(std::int32_t value) {
-    return Run([=](ItemWriter& items) { return items.PutLong(value); });
+    return items_->PutLong(value);
 }
 
 std::int32_t WriteStream::PutDouble(double value) {
-    return Run([=](ItemWriter& items) { return items.PutDouble(value); });
+    return items_->PutDouble(value);
 }
 
 std::int32_t WriteStream::PutShort(std::uint16_t value) {
-    return Run([=](ItemWriter& items) { return items.PutShort(value); });
+    return items_->PutShort(value);
 }
 
 std::int32_t WriteStream::PutWideString(const char16_t* units, std::uint32_t length) {
-    return Run([=](ItemWriter& items) { return items.PutText(units, length); });
+    return items_->PutText(units, length);
 }
 
 std::int32_t WriteStream::PutGUID(const GUID& value) {
-    return Run([&value](ItemWriter& items) { return items.PutGuid(value); });
+    return items_->PutGuid(value);
 }
 
 std::int32_t WriteStream::PutVariant(const VARIANT* value) {
-    return Run([=](ItemWriter& items) { return items.PutVariant(value); });
+    return items_->PutVariant(value);
 }
 
 std::int32_t WriteStream::PutBeginObject(std::uint16_t tag) {
-    return Run([=](ItemWriter& items) { return items.BeginObject(tag); });
+    return items_->BeginObject(tag);
 }
 
 std::int32_t WriteStream::PutEndObject() {
-    return Run([](ItemWriter& items) { return items.EndObject(); });
+    return items_->EndObject();
 }
 
 const Result& WriteStream::GetError() const noexcept {
@@ -78,7 +67,7 @@ std::uint64_t WriteStream::GetByteCount() const noexcept {
 }
 
 std::int32_t WriteStream::FinishItems() {
-    return Run([](ItemWriter& items) { return items.Finish(); });
+    return items_->Finish();
 }
 
 std::int32_t WriteStream::SetError(Result error) noexcept {

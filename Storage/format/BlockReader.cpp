@@ -11,7 +11,14 @@
 namespace KivStorage {
 
 BlockReader::BlockReader(ByteSource& source, std::uint64_t maxBytes)
-    : source_(source), maxBytes_(maxBytes), block_(new std::uint8_t[kBlockSize]) {}
+    : source_(source), maxBytes_(maxBytes), block_(new std::uint8_t[kBlockSize]), next_(Payload()), end_(Payload()) {}
+
+/// Stands at the beginning of a block of so many bytes.
+void BlockReader::Enter(std::size_t size) noexcept {
+    size_ = size;
+    next_ = Payload();
+    Show();
+}
 
 /// A fault of the framing: the place is the block, or trailer, that was being read.
 Result BlockReader::Fault(std::int32_t code) const {
@@ -60,8 +67,7 @@ Result BlockReader::LoadBlock() {
             return result;
         }
     }
-    size_ = 0;
-    next_ = 0;
+    Enter(0);
     blockStart_ = taken_;
     if (Result result = Fill(block_.get(), kLengthSize); !result.Ok()) {
         return result;
@@ -83,7 +89,7 @@ Result BlockReader::LoadBlock() {
     chain_ = ChainChecksum(chain_, checksum);
     blocks_ += 1;
     itemBytes_ += length;
-    size_ = length;
+    Enter(length);
     return {};
 }
 
@@ -113,7 +119,7 @@ Result BlockReader::ReadTrailer() {
 }
 
 Result BlockReader::CheckEnd(bool& end) {
-    if (next_ == size_ && !atEnd_) {
+    if (GetLeft() == 0 && !atEnd_) {
         if (Result result = LoadBlock(); !result.Ok()) {
             return result;
         }
@@ -132,8 +138,8 @@ Result BlockReader::Consume(std::uint64_t count, Use use) {
         if (end) {
             return Fault(StorageItemCutOff);
         }
-        const auto part = static_cast<std::size_t>(std::min<std::uint64_t>(count, size_ - next_));
-        use(Payload() + next_, part);
+        const auto part = static_cast<std::size_t>(std::min<std::uint64_t>(count, GetLeft()));
+        use(next_, part);
         next_ += part;
         count -= part;
     }
@@ -153,15 +159,15 @@ Result BlockReader::Skip(std::uint64_t count) {
 
 std::uint64_t BlockReader::GetRest() const noexcept {
     const std::uint64_t size = source_.GetSize();
-    return size_ - next_ + (size > taken_ ? size - taken_ : 0);
+    return GetLeft() + (size > taken_ ? size - taken_ : 0);
 }
 
 std::string BlockReader::GetPlace() const {
     // Behind the last byte of a block the next byte stands in the next one, behind its length.
-    const bool atBorder = next_ == size_ && !atEnd_;
+    const bool atBorder = GetLeft() == 0 && !atEnd_;
     const std::uint64_t block = atBorder ? blocks_ + 1 : blocks_;
     const std::uint64_t byte = atBorder ? std::max<std::uint64_t>(taken_, kHeaderSize) + kLengthSize
-                                        : blockStart_ + (atEnd_ ? 0 : kLengthSize + next_);
+                                        : blockStart_ + (atEnd_ ? 0 : kLengthSize + size_ - GetLeft());
     return PlaceInBlock(source_.GetPlace(), atEnd_ ? blocks_ + 1 : block, byte);
 }
 

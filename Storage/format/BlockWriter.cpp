@@ -7,18 +7,19 @@
 
 namespace KivStorage {
 
-BlockWriter::BlockWriter(ByteSink& sink) : sink_(sink), block_(new std::uint8_t[kBlockSize]) {}
+BlockWriter::BlockWriter(ByteSink& sink)
+    : sink_(sink), block_(new std::uint8_t[kBlockSize]), next_(Payload()), end_(Payload() + kMaxPayload) {}
 
 Result BlockWriter::Append(const std::uint8_t* bytes, std::size_t count) {
     while (count > 0) {
-        if (used_ == kMaxPayload) {
+        if (GetUsed() == kMaxPayload) {
             if (Result result = Flush(); !result.Ok()) {
                 return result;
             }
         }
-        const std::size_t part = std::min(count, kMaxPayload - used_);
-        std::memcpy(Payload() + used_, bytes, part);
-        used_ += part;
+        const std::size_t part = std::min(count, kMaxPayload - GetUsed());
+        std::memcpy(next_, bytes, part);
+        next_ += part;
         bytes += part;
         count -= part;
     }
@@ -40,18 +41,19 @@ Result BlockWriter::Flush() {
             return result;
         }
     }
-    if (used_ == 0) {
+    const std::size_t used = GetUsed();
+    if (used == 0) {
         return {};
     }
     // The length stands before what is summed up, so that it is covered too; the seed ties the block to its place.
-    PutLittle32(block_.get(), static_cast<std::uint32_t>(used_));
-    const std::uint64_t checksum = Checksum(block_.get(), kLengthSize + used_, blocks_ + 1);
-    PutLittle64(Payload() + used_, checksum);
-    const std::size_t size = kLengthSize + used_ + kChecksumSize;
+    PutLittle32(block_.get(), static_cast<std::uint32_t>(used));
+    const std::uint64_t checksum = Checksum(block_.get(), kLengthSize + used, blocks_ + 1);
+    PutLittle64(next_, checksum);
+    const std::size_t size = kLengthSize + used + kChecksumSize;
     chain_ = ChainChecksum(chain_, checksum);
     blocks_ += 1;
-    itemBytes_ += used_;
-    used_ = 0;
+    itemBytes_ += used;
+    next_ = Payload();
     return sink_.Write(block_.get(), size);
 }
 
@@ -70,13 +72,13 @@ Result BlockWriter::Finish(std::uint64_t items) {
 }
 
 std::uint64_t BlockWriter::GetByteCount() const noexcept {
-    const std::uint64_t whole = FramedSize(itemBytes_ + used_);
+    const std::uint64_t whole = FramedSize(itemBytes_ + GetUsed());
     return finished_ ? whole : whole - kTrailerSize;
 }
 
 std::string BlockWriter::GetPlace() const {
     const std::uint64_t written = kHeaderSize + itemBytes_ + blocks_ * (kLengthSize + kChecksumSize);
-    return PlaceInBlock(sink_.GetPlace(), blocks_ + 1, written + kLengthSize + used_);
+    return PlaceInBlock(sink_.GetPlace(), blocks_ + 1, written + kLengthSize + GetUsed());
 }
 
 std::string PlaceInBlock(const std::string& place, std::uint64_t block, std::uint64_t byte) {

@@ -15,15 +15,17 @@ class BlockWriter {
 public:
     explicit BlockWriter(ByteSink& sink);
 
-    /// Room in the present block for so many bytes, which are then its own; null when they do not fit.
+    /// Room in the present block for so many bytes, which are then its own; null when they do not fit, and once it is shut.
     std::uint8_t* Take(std::size_t count) noexcept {
-        if (count > kMaxPayload - used_) {
+        if (count > static_cast<std::size_t>(end_ - next_)) {
             return nullptr;
         }
-        std::uint8_t* const place = Payload() + used_;
-        used_ += count;
+        std::uint8_t* const place = next_;
+        next_ += count;
         return place;
     }
+    /// From now on Take answers null, so that whoever writes need not ask first whether it still may.
+    void Shut() noexcept { end_ = next_; }
     /// Any number of bytes, across blocks.
     Result Append(const std::uint8_t* bytes, std::size_t count);
     /// Writes what is left and the trailer.
@@ -36,12 +38,14 @@ public:
 
 private:
     std::uint8_t* Payload() const noexcept { return block_.get() + kLengthSize; }
+    std::size_t GetUsed() const noexcept { return static_cast<std::size_t>(next_ - Payload()); }
     Result WriteHeader();
     Result Flush();
 
     ByteSink& sink_;
     std::unique_ptr<std::uint8_t[]> block_;  // the length, the payload, room for the checksum
-    std::size_t used_ = 0;
+    std::uint8_t* next_;  // where the next byte goes
+    std::uint8_t* end_;  // where Take ends: behind the payload, or at next_
     bool headerWritten_ = false;
     bool finished_ = false;
     std::uint64_t blocks_ = 0;

@@ -5,8 +5,6 @@
 #include <utility>
 
 #include "format/Failure.h"
-#include "format/GuidBytes.h"
-#include "format/LittleEndian.h"
 #include "format/VariantBytes.h"
 
 namespace KivStorage {
@@ -14,8 +12,6 @@ namespace {
 
 // What a type says where NextType found no further item.
 constexpr std::uint8_t kNoItem = 0;
-// The object around a tree, and that of a set below its deepest composite.
-constexpr std::uint64_t kObjectsBeyondComposites = 2;
 
 }  // namespace
 
@@ -26,6 +22,7 @@ std::int32_t ItemReader::SetError(Result error) noexcept {
     if (error_.Ok()) {
         error_ = std::move(error);
     }
+    blocks_.Hide();
     return error_.code;
 }
 
@@ -37,11 +34,20 @@ std::int32_t ItemReader::Misuse(std::int32_t code) {
     return SetError(Fail(code, blocks_.GetPlace()));
 }
 
+template <class Step>
+std::int32_t ItemReader::Guarded(const void* output, Step step) noexcept {
+    try {
+        if (!error_.Ok()) {
+            return error_.code;
+        }
+        return output != nullptr ? step() : Misuse(StorageNullPointer);
+    } catch (...) {
+        return SetError(FailQuietly(StorageOutOfMemory, ""));
+    }
+}
+
 /// The type of the next item, which stays untaken; kNoItem at the end, where the totals are compared.
 std::int32_t ItemReader::NextType(std::uint8_t& type) {
-    if (!error_.Ok()) {
-        return error_.code;
-    }
     if (finished_) {
         return Misuse(StorageAlreadyFinished);
     }
@@ -100,102 +106,101 @@ std::int32_t ItemReader::TakeValue(ItemType type, std::uint8_t* to, std::size_t 
     return code < 0 ? code : Take(to, count);
 }
 
-std::int32_t ItemReader::GetLong(std::int32_t* value) {
-    std::uint8_t bytes[4];
-    const std::int32_t code = TakeValue(ItemLong, bytes, sizeof bytes);
-    if (code >= 0) {
-        *value = static_cast<std::int32_t>(GetLittle32(bytes));
-    }
-    return code;
-}
-
-std::int32_t ItemReader::GetDouble(double* value) {
-    std::uint8_t bytes[8];
-    const std::int32_t code = TakeValue(ItemDouble, bytes, sizeof bytes);
-    if (code >= 0) {
-        const std::uint64_t bits = GetLittle64(bytes);
-        std::memcpy(value, &bits, sizeof bits);
-    }
-    return code;
-}
-
-std::int32_t ItemReader::GetShort(std::uint16_t* value) {
-    std::uint8_t bytes[2];
-    const std::int32_t code = TakeValue(ItemShort, bytes, sizeof bytes);
-    if (code >= 0) {
-        *value = GetLittle16(bytes);
-    }
-    return code;
-}
-
-std::int32_t ItemReader::GetGuid(GUID* value) {
-    std::uint8_t bytes[16];
-    const std::int32_t code = TakeValue(ItemGuid, bytes, sizeof bytes);
-    if (code >= 0) {
-        *value = GetGuidBytes(bytes);
-    }
-    return code;
-}
-
-std::int32_t ItemReader::GetVariant(VARIANT* value) {
-    std::uint8_t bytes[10];
-    std::int32_t code = TakeValue(ItemVariant, bytes, sizeof bytes);
-    if (code >= 0 && !GetVariantBytes(bytes, value)) {
-        code = Misuse(StorageUnsupportedVariant);
-    }
-    return code;
-}
-
-std::int32_t ItemReader::GetTextLength(std::uint32_t* length) {
-    std::uint8_t bytes[4];
-    const std::int32_t code = TakeValue(ItemText, bytes, sizeof bytes);
-    if (code < 0) {
+template <class Value>
+std::int32_t ItemReader::GetSlowly(ItemType type, Value* value) noexcept {
+    return Guarded(value, [=] {
+        std::uint8_t bytes[sizeof *value];
+        const std::int32_t code = TakeValue(type, bytes, sizeof bytes);
+        if (code >= 0) {
+            Load(bytes, *value);
+        }
         return code;
-    }
-    const std::uint32_t units = GetLittle32(bytes);
-    if (units > limits_.stringUnits) {
-        return Misuse(StorageTextTooLong);
-    }
-    // The caller makes room for what it is told: no more than can still come.
-    if (units > blocks_.GetRest() / 2) {
-        return Misuse(StorageItemCutOff);
-    }
-    textPending_ = true;
-    pendingUnits_ = units;
-    *length = units;
-    return StorageSuccess;
+    });
 }
 
-std::int32_t ItemReader::GetTextUnits(std::uint32_t length, char16_t* units) {
-    if (!error_.Ok()) {
-        return error_.code;
-    }
-    if (!textPending_ || length != pendingUnits_) {
-        return Misuse(StorageTextNotAnnounced);
-    }
-    textPending_ = false;
+template std::int32_t ItemReader::GetSlowly(ItemType type, std::int32_t* value) noexcept;
+template std::int32_t ItemReader::GetSlowly(ItemType type, double* value) noexcept;
+template std::int32_t ItemReader::GetSlowly(ItemType type, std::uint16_t* value) noexcept;
+template std::int32_t ItemReader::GetSlowly(ItemType type, GUID* value) noexcept;
+
+std::int32_t ItemReader::GetVariant(VARIANT* value) noexcept {
+    return Guarded(value, [=] {
+        std::uint8_t bytes[10];
+        const std::int32_t code = TakeValue(ItemVariant, bytes, sizeof bytes);
+        return code < 0 || GetVariantBytes(bytes, value) ? code : Misuse(StorageUnsupportedVariant);
+    });
+}
+
+std::int32_t ItemReader::GetTextLengthSlowly(std::uint32_t* length) noexcept {
+    std::uint8_t bytes[4] = {};
+    const std::int32_t code = Guarded(length, [&] { return TakeValue(ItemText, bytes, sizeof bytes); });
+    return code < 0 ? code : AnnounceText(GetLittle32(bytes), length);
+}
+
+std::int32_t ItemReader::AnnounceText(std::uint32_t units, std::uint32_t* length) noexcept {
+    return Guarded(length, [=] {
+        if (units > limits_.stringUnits) {
+            return Misuse(StorageTextTooLong);
+        }
+        // The caller makes room for what it is told: no more than can still come.
+        if (!blocks_.HasBytes(std::uint64_t{units} * 2) && units > blocks_.GetRest() / 2) {
+            return Misuse(StorageItemCutOff);
+        }
+        textPending_ = true;
+        pendingUnits_ = units;
+        blocks_.Hide();
+        *length = units;
+        return std::int32_t{StorageSuccess};
+    });
+}
+
+std::int32_t ItemReader::GetTextUnits(std::uint32_t length, char16_t* units) noexcept {
+    return Guarded(units, [=] {
+        if (!textPending_ || length != pendingUnits_) {
+            return Misuse(StorageTextNotAnnounced);
+        }
+        TakeBackText();
+        if (const std::uint8_t* const from = blocks_.Take(std::size_t{length} * 2)) {
+            GetLittleUnits(units, from, length);
+            return std::int32_t{StorageSuccess};
+        }
+        return GetTextAcrossBlocks(length, units);
+    });
+}
+
+std::int32_t ItemReader::GetTextAcrossBlocks(std::uint32_t length, char16_t* units) {
     std::uint8_t bytes[512];
-    for (std::uint32_t done = 0; done < length;) {
+    std::int32_t code = StorageSuccess;
+    for (std::uint32_t done = 0; code >= 0 && done < length;) {
         const std::uint32_t part = std::min<std::uint32_t>(length - done, sizeof bytes / 2);
-        if (const std::int32_t code = Take(bytes, std::size_t{part} * 2); code < 0) {
-            return code;
+        code = Take(bytes, std::size_t{part} * 2);
+        if (code >= 0) {
+            GetLittleUnits(units + done, bytes, part);
         }
-        for (std::uint32_t i = 0; i < part; ++i) {
-            units[done++] = static_cast<char16_t>(GetLittle16(bytes + 2 * i));
-        }
+        done += part;
     }
-    return StorageSuccess;
+    return code;
+}
+
+/// The text whose length was read is no longer waited for: its units are the next bytes.
+void ItemReader::TakeBackText() noexcept {
+    textPending_ = false;
+    blocks_.Show();
 }
 
 std::int32_t ItemReader::Enter() {
-    if (depth_ >= limits_.nesting + kObjectsBeyondComposites) {
+    if (depth_ >= GetMaxDepth()) {
         return Misuse(StorageNestingTooDeep);
     }
     depth_ += 1;
     return StorageSuccess;
 }
 
-std::int32_t ItemReader::GetObjectTag(std::uint16_t* tag) {
+std::int32_t ItemReader::GetObjectTagSlowly(std::uint16_t* tag) noexcept {
+    return Guarded(tag, [=] { return EnterObject(tag); });
+}
+
+std::int32_t ItemReader::EnterObject(std::uint16_t* tag) {
     std::uint8_t type = kNoItem;
     if (const std::int32_t code = NextType(type); code < 0) {
         return code;
@@ -221,7 +226,7 @@ std::int32_t ItemReader::SkipPendingText() {
     if (!textPending_) {
         return StorageSuccess;
     }
-    textPending_ = false;
+    TakeBackText();
     return Keep(blocks_.Skip(std::uint64_t{pendingUnits_} * 2));
 }
 
@@ -237,10 +242,11 @@ std::int32_t ItemReader::SkipItem(std::uint8_t type) {
     return Keep(blocks_.Skip(std::uint64_t{GetLittle32(bytes)} * 2));
 }
 
-std::int32_t ItemReader::EndObject() {
-    if (!error_.Ok()) {
-        return error_.code;
-    }
+std::int32_t ItemReader::EndObjectSlowly() noexcept {
+    return Guarded(this, [this] { return LeaveObject(); });
+}
+
+std::int32_t ItemReader::LeaveObject() {
     if (finished_) {
         return Misuse(StorageAlreadyFinished);
     }
@@ -266,16 +272,18 @@ std::int32_t ItemReader::EndObject() {
     return code;
 }
 
-std::int32_t ItemReader::Finish() {
-    std::uint8_t type = kNoItem;
-    if (const std::int32_t code = NextType(type); code < 0) {
-        return code;
-    }
-    if (type != kNoItem) {
-        return Misuse(depth_ > 0 ? StorageOpenObjects : StorageItemsLeft);
-    }
-    finished_ = true;
-    return StorageSuccess;
+std::int32_t ItemReader::Finish() noexcept {
+    return Guarded(this, [this] {
+        std::uint8_t type = kNoItem;
+        if (const std::int32_t code = NextType(type); code < 0) {
+            return code;
+        }
+        if (type != kNoItem) {
+            return Misuse(depth_ > 0 ? StorageOpenObjects : StorageItemsLeft);
+        }
+        finished_ = true;
+        return std::int32_t{StorageSuccess};
+    });
 }
 
 }  // namespace KivStorage

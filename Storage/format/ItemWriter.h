@@ -2,39 +2,97 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 
 #include <KivBase/Guid.h>
 #include <KivCOMShared/Variant.h>
 
 #include "format/BlockWriter.h"
+#include "format/GuidBytes.h"
+#include "format/LittleEndian.h"
 
 namespace KivStorage {
 
 /// Writes typed items and the ends of objects. Once it has failed it answers its first error to everything.
 ///
-/// Operations throw std::bad_alloc only where a message is made.
+/// On failure: operations throw nothing; no memory for an error's sentence is an error itself.
+/// Cost:       an item that fits into the present block is one bounds test and its bytes: the block is shut when the writer
+///             fails or finishes, so that only what does not fit has to ask for the writer's state.
 class ItemWriter {
 public:
     explicit ItemWriter(std::unique_ptr<ByteSink> sink);
 
-    std::int32_t PutLong(std::int32_t value);
-    std::int32_t PutDouble(double value);
-    std::int32_t PutShort(std::uint16_t value);
-    std::int32_t PutText(const char16_t* units, std::uint32_t length);
-    std::int32_t PutGuid(const GUID& value);
-    std::int32_t PutVariant(const VARIANT* value);
-    std::int32_t BeginObject(std::uint16_t tag);
-    std::int32_t EndObject();
+    std::int32_t PutLong(std::int32_t value) noexcept {
+        return Put<4>(ItemLong, [=](std::uint8_t* to) { PutLittle32(to, static_cast<std::uint32_t>(value)); });
+    }
+    std::int32_t PutDouble(double value) noexcept {
+        static_assert(sizeof value == 8, "the format holds 64-bit numbers");
+        std::uint64_t bits = 0;
+        std::memcpy(&bits, &value, sizeof bits);
+        return Put<8>(ItemDouble, [=](std::uint8_t* to) { PutLittle64(to, bits); });
+    }
+    std::int32_t PutShort(std::uint16_t value) noexcept {
+        return Put<2>(ItemShort, [=](std::uint8_t* to) { PutLittle16(to, value); });
+    }
+    std::int32_t PutText(const char16_t* units, std::uint32_t length) noexcept {
+        std::uint8_t* const place = units != nullptr ? blocks_.Take(1 + 4 + std::uint64_t{length} * 2) : nullptr;
+        if (place == nullptr) {
+            return PutTextSlowly(units, length);
+        }
+        items_ += 1;
+        place[0] = ItemText;
+        PutLittle32(place + 1, length);
+        PutLittleUnits(place + 5, units, length);
+        return StorageSuccess;
+    }
+    std::int32_t PutGuid(const GUID& value) noexcept {
+        return Put<16>(ItemGuid, [&](std::uint8_t* to) { PutGuidBytes(to, value); });
+    }
+    std::int32_t PutVariant(const VARIANT* value) noexcept;
+    std::int32_t BeginObject(std::uint16_t tag) noexcept {
+        const std::int32_t code = Put<2>(ItemBeginObject, [=](std::uint8_t* to) { PutLittle16(to, tag); });
+        depth_ += code >= 0 ? 1 : 0;
+        return code;
+    }
+    std::int32_t EndObject() noexcept {
+        std::uint8_t* const place = depth_ > 0 ? blocks_.Take(1) : nullptr;
+        if (place == nullptr) {
+            return EndObjectSlowly();
+        }
+        items_ += 1;
+        depth_ -= 1;
+        place[0] = ItemEndObject;
+        return StorageSuccess;
+    }
     /// Refused while objects are open.
-    std::int32_t Finish();
+    std::int32_t Finish() noexcept;
 
     const Result& GetError() const noexcept { return error_; }
     std::int32_t SetError(Result error) noexcept;
     std::uint64_t GetByteCount() const noexcept { return blocks_.GetByteCount(); }
 
 private:
+    /// An item of `Count` bytes behind its type, which `store(place)` writes.
+    template <std::size_t Count, class Store>
+    std::int32_t Put(ItemType type, Store store) noexcept {
+        if (std::uint8_t* const place = blocks_.Take(1 + Count)) {
+            items_ += 1;
+            place[0] = type;
+            store(place + 1);
+            return StorageSuccess;
+        }
+        std::uint8_t bytes[Count];
+        store(bytes);
+        return PutSlowly(type, bytes, Count);
+    }
+    template <class Step>
+    std::int32_t Guarded(Step step) noexcept;
+    std::int32_t PutSlowly(ItemType type, const std::uint8_t* payload, std::size_t count) noexcept;
+    std::int32_t PutTextSlowly(const char16_t* units, std::uint32_t length) noexcept;
+    std::int32_t EndObjectSlowly() noexcept;
     std::int32_t PutItem(ItemType type, const std::uint8_t* payload, std::size_t count);
+    std::int32_t Append(const std::uint8_t* bytes, std::size_t count);
     std::int32_t Misuse(std::int32_t code);
 
     std::unique_ptr<ByteSink> sink_;

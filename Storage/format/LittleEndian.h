@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace KivStorage {
 
@@ -27,6 +29,34 @@ inline std::uint32_t GetLittle32(const std::uint8_t* from) noexcept {
 }
 inline std::uint64_t GetLittle64(const std::uint8_t* from) noexcept {
     return GetLittle32(from) | (static_cast<std::uint64_t>(GetLittle32(from + 4)) << 32);
+}
+
+/// Whether this machine keeps its numbers as the format does; compilers know the answer.
+inline bool IsLittleEndian() noexcept {
+    const std::uint16_t one = 1;
+    std::uint8_t first = 0;
+    std::memcpy(&first, &one, 1);
+    return first == 1;
+}
+
+/// Texts are long, and compilers do not make one move of a loop: where the bytes are the same, they are copied at once.
+inline void PutLittleUnits(std::uint8_t* to, const char16_t* units, std::size_t count) noexcept {
+    if (IsLittleEndian()) {
+        std::memcpy(to, units, 2 * count);
+        return;
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        PutLittle16(to + 2 * i, static_cast<std::uint16_t>(units[i]));
+    }
+}
+inline void GetLittleUnits(char16_t* units, const std::uint8_t* from, std::size_t count) noexcept {
+    if (IsLittleEndian()) {
+        std::memcpy(units, from, 2 * count);
+        return;
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        units[i] = static_cast<char16_t>(GetLittle16(from + 2 * i));
+    }
 }
 
 }  // namespace KivStorage

@@ -61,9 +61,6 @@ protected:
     std::int32_t SetError(Result error) noexcept;
 
 private:
-    template <class Step>
-    std::int32_t Run(const void* output, Step step) noexcept;
-
     std::atomic<std::uint32_t> references_{1};
     std::unique_ptr<ItemReader> items_;
 };

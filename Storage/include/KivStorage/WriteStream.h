@@ -56,9 +56,6 @@ protected:
     std::int32_t SetError(Result error) noexcept;
 
 private:
-    template <class Step>
-    std::int32_t Run(Step step) noexcept;
-
     std::atomic<std::uint32_t> references_{1};
     std::unique_ptr<ItemWriter> items_;
 };
