@@ -1,5 +1,6 @@
 #include <KivGenerics/Map.h>
 
+#include "core/MapChildren.h"
 #include "core/Raise.h"
 #include "core/Texts.h"
 #include "core/TreeImpl.h"
@@ -17,10 +18,13 @@ void Map::CheckIndex(int index) {
     }
 }
 
-// kept-on-purpose: tag-kept-slots
-void Map::SetSemanticTag(SemanticTag tag) {
-    CheckReadOnly();
-    tag_ = tag;
+Node* Map::GetFromOverflow(int index) const noexcept {
+    const MapOverflow* const overflow = MapChildren(*const_cast<Map*>(this)).overflow;
+    if (overflow == nullptr) {
+        return nullptr;
+    }
+    const auto entry = overflow->find(index);
+    return entry != overflow->end() ? entry->second : nullptr;
 }
 
 // kept-on-purpose: map-hash-zero

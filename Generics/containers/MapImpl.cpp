@@ -14,18 +14,6 @@ bool MapImpl<N>::IsEmpty() const {
     return overflow_ == nullptr || overflow_->empty();
 }
 
-template <int N>
-Node* MapImpl<N>::Get(int index) const {
-    if (static_cast<unsigned>(index) < static_cast<unsigned>(N)) {
-        return slots_[index];
-    }
-    if (overflow_ == nullptr) {
-        return nullptr;
-    }
-    const auto entry = overflow_->find(index);
-    return entry != overflow_->end() ? entry->second : nullptr;
-}
-
 // Only -1 and the slots lead through the slots: any other index, also one below -1, looks at the overflow store alone.
 // kept-on-purpose: get-next-below-minus-one
 template <int N>

@@ -47,7 +47,7 @@ public:
     EnumOrvGenericsTemporality CalculateDerivedTemporality() override { return CalculateMapTemporality(Access()); }
     int GetSize(EnumOrvGenericsTemporality t) override { return GetMapSize(Access(), t); }
     bool IsEmpty() const override;
-    Node* Get(int index) const override;
+    Node* Get(int index) const override { return GetNV(index); }
     Node* GetNext(int index) const override;
     Node* GetNth(int n) const override { return GetNthInMap(Access(), n); }
     Node* NewNode(int index, NodeType type, bool keepOld, SemanticTag tag) override {
@@ -76,15 +76,12 @@ private:
     friend class TreeImpl;
     friend struct NodeAccess;
 
-    explicit MapImpl(TreeImpl* tree) noexcept : Map(tree) {}
-    MapImpl(TreeImpl* tree, Composite* parent, int index) noexcept : Map(tree, parent, index) {}
+    explicit MapImpl(ChangeGuard* tree) noexcept : Map(tree, N) {}
+    MapImpl(ChangeGuard* tree, Composite* parent, int index) noexcept : Map(tree, parent, index, N) {}
     ~MapImpl() = default;
 
     // The operations behind MapChildren promise to leave a map alone when they are reached through a const one.
-    MapChildren Access() const noexcept {
-        auto* const self = const_cast<MapImpl*>(this);
-        return {*self, self->slots_, N, self->overflow_};
-    }
+    MapChildren Access() const noexcept { return MapChildren(*const_cast<MapImpl*>(this)); }
 
     // Invariants, tested by CheckInvariants:
     //   1. the child in slot i, or under key i of the overflow store, has index i;

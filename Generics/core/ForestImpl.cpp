@@ -12,13 +12,6 @@ namespace {
 
 constexpr SemanticTag kTagThatForestsLearn = SemanticTag(107);
 
-Node* Pop(Node*& head) noexcept {
-    Node* const node = head;
-    head = NodeAccess::GetLink(*node);
-    NodeAccess::SetLink(*node, nullptr);
-    return node;
-}
-
 }  // namespace
 
 ForestImpl::ForestImpl(EnumOrvObjectType type) : buffer_(KivBase::CreateBuffer(1, 1, GetBlockSize(type), false)) {
@@ -51,14 +44,11 @@ std::size_t ForestImpl::BufferQueryB() const {
     return buffer_->BytesInUse();
 }
 
-Node* ForestImpl::TakeReusableNode(NodeType type, SemanticTag tag) noexcept {
-    if (type == NodeTypeMap) {
-        return TakeReusableMap(tag);
-    }
-    if (type < NodeTypeInteger || type > NodeTypeInteger64 || freeByType_[type - 1] == nullptr) {
-        return nullptr;
-    }
-    return Pop(freeByType_[type - 1]);
+Node* ForestImpl::Pop(Node*& head) noexcept {
+    Node* const node = head;
+    head = NodeAccess::GetLink(*node);
+    NodeAccess::SetLink(*node, nullptr);
+    return node;
 }
 
 // A reused map may have more slots than its tag asks for, never fewer: it keeps working with its own number.
@@ -98,6 +88,7 @@ void ForestImpl::RecycleNode(Node* node) noexcept {
     }
     const auto* const map = static_cast<const Map*>(node);
     const bool overflow = map->HasOverflow();
+    mapsWait_ = true;
     Node*& head = (overflow ? freeMapsWithOverflow_ : freeMaps_)[map->GetSlotCount() - 1];
     NodeAccess::SetLink(*node, head);
     head = node;

@@ -28,7 +28,16 @@ public:
     explicit ForestImpl(EnumOrvObjectType type);
 
     /// A waiting node that can serve as a new one of this kind and tag, taken off its list; null when there is none.
-    Node* TakeReusableNode(NodeType type, SemanticTag tag) noexcept;
+    Node* TakeReusableNode(NodeType type, SemanticTag tag) noexcept {
+        return type == NodeTypeMap ? (mapsWait_ ? TakeReusableMap(tag) : nullptr) : TakeReusable(type);
+    }
+    /// The same for a kind that has no tag.
+    Node* TakeReusable(NodeType type) noexcept {
+        if (type < NodeTypeInteger || type > NodeTypeInteger64 || freeByType_[type - 1] == nullptr) {
+            return nullptr;
+        }
+        return Pop(freeByType_[type - 1]);
+    }
     /// Puts a node on the list of its kind. Its parent field is the link from now on.
     void RecycleNode(Node* node) noexcept;
 
@@ -38,6 +47,7 @@ private:
     static constexpr int kTypes = 12;
     static constexpr int kSlotCounts = 16;
 
+    static Node* Pop(Node*& head) noexcept;
     Node* TakeReusableMap(SemanticTag tag) noexcept;
 
     KivSynch::AtomicLong refCount_;
@@ -47,6 +57,7 @@ private:
     Node* freeByType_[kTypes] = {};  // by kind - 1; the place of maps stays empty
     Node* freeMaps_[kSlotCounts] = {};  // by slot count - 1; without an overflow store
     Node* freeMapsWithOverflow_[kSlotCounts] = {};  // by slot count - 1; with one
+    bool mapsWait_ = false;  // a list of maps was filled once; not set back
     std::int32_t tag107Overflow_ = 0;  // 0 unknown, 1 maps of tag 107 come with an overflow store, 2 without
 };
 

@@ -8,6 +8,8 @@
 #include <KivBase/Allocator.h>
 #include <KivGenerics/Map.h>
 
+#include "core/NodeAccess.h"
+
 namespace KivGenerics {
 
 /// Children at indexes beyond the fixed slots, in ascending order, in the forest's memory.
@@ -18,7 +20,13 @@ struct MapChildren {
     Map& map;
     Node** slots;
     int slotCount;
-    MapOverflow*& overflow;
+    MapOverflow*& overflow;  // right behind the slots
+
+    explicit MapChildren(Map& owner) noexcept
+        : map(owner),
+          slots(NodeAccess::GetSlots(owner)),
+          slotCount(NodeAccess::GetSlotCount(owner)),
+          overflow(*reinterpret_cast<MapOverflow**>(slots + slotCount)) {}
 
     bool IsSlot(int index) const noexcept { return 0 <= index && index < slotCount; }
 

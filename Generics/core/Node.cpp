@@ -27,22 +27,13 @@ bool Node::IsRoot() const {
 }
 
 KivBase::ReturnPtrI<Tree> Node::GetTree() const {
-    tree_->AddRef();
-    return KivBase::ReturnPtrI<Tree>(tree_);
+    TreeImpl* const tree = NodeAccess::GetTree(*this);
+    tree->AddRef();
+    return KivBase::ReturnPtrI<Tree>(tree);
 }
 
 SemanticTag Node::GetSemanticTag() const {
     return SemanticTagDefault;
-}
-
-void Node::CheckReadOnly() const {
-    tree_->CheckReadOnly();
-}
-
-void Node::SetTemporality(EnumOrvGenericsTemporality t) {
-    tree_->CheckReadOnly();
-    temporality_ = static_cast<std::int8_t>(t);
-    derivedTemporality_ = TemporalityDefault;
 }
 
 EnumOrvGenericsTemporality Node::CalculateDerivedTemporality() {
@@ -78,12 +69,15 @@ void Node::Remove() {
     tree_->CheckReadOnly();
     if (parent_ != nullptr) {
         parent_->Remove(index_);
-    } else if (tree_->GetRoot() == this) {
-        tree_->RemoveRoot();
+        return;
+    }
+    TreeImpl* const tree = NodeAccess::GetTree(*this);
+    if (tree->GetRoot() == this) {
+        tree->RemoveRoot();
     } else {
         // Free: taken out earlier, or never placed. It counts like a node that its parent removes.
-        tree_->CheckReadOnly();
-        tree_->ReleaseNode(this);
+        tree->CheckReadOnly();
+        tree->ReleaseNode(this);
     }
 }
 

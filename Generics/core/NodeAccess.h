@@ -2,14 +2,16 @@
 
 #include <cstdint>
 
-#include <KivGenerics/Composite.h>
+#include <KivGenerics/Map.h>
 #include <KivGenerics/Node.h>
+
+#include "core/TreeImpl.h"
 
 namespace KivGenerics {
 
 /// The library's own door to what a node keeps private, for the operations that are not members of one class.
 struct NodeAccess {
-    static TreeImpl* GetTree(const Node& node) noexcept { return node.tree_; }
+    static TreeImpl* GetTree(const Node& node) noexcept { return static_cast<TreeImpl*>(node.tree_); }
     static Composite* GetParent(const Node& node) noexcept { return node.parent_; }
 
     /// While a released node waits in its forest, its parent field links it to the next one.
@@ -38,6 +40,9 @@ struct NodeAccess {
     static bool Sees(int flags, EnumOrvGenericsTemporality t) noexcept {
         return (GetSeeBits(t) & static_cast<std::uint32_t>(flags)) != 0;
     }
+
+    static Node** GetSlots(Map& map) noexcept { return const_cast<Node**>(map.GetSlots()); }
+    static int GetSlotCount(const Map& map) noexcept { return map.slotCount_; }
 
     static VisitCode IterateInner(Node& node, Visitor* visitor, SemanticTag tag, int flags) {
         return node.IterateInner(visitor, tag, flags);

@@ -1,7 +1,5 @@
 // The only file that knows every concrete class.
 
-#include <new>
-
 #include <KivGenerics/Boolean.h>
 #include <KivGenerics/Double.h>
 #include <KivGenerics/DoubleSet.h>
@@ -22,12 +20,12 @@
 
 namespace KivGenerics {
 
-// A host's buffer may answer null, which a new-expression must not see: the memory is asked for first.
-template <class T>
-Node* TreeImpl::Construct(Composite* parent, int index) {
-    static_assert(noexcept(T(static_cast<TreeImpl*>(nullptr), parent, index)), "the memory would be lost");
-    void* const memory = GetBuffer()->Allocate(sizeof(T), alignof(T));
-    return memory != nullptr ? ::new (memory) T(this, parent, index) : nullptr;
+// The node may come from another tree of the forest.
+void TreeImpl::Adopt(Node& node, Composite* parent, int index) noexcept {
+    node.tree_ = this;
+    node.temporality_ = TemporalityDefault;
+    node.derivedTemporality_ = TemporalityDefault;
+    NodeAccess::Place(node, parent, index);
 }
 
 Node* TreeImpl::ConstructMap(Composite* parent, int index, SemanticTag tag) {
@@ -55,11 +53,7 @@ Node* TreeImpl::CreateNode(NodeType type, Composite* parent, int index, Semantic
     CheckReadOnly();
     Node* node = forest_->TakeReusableNode(type, tag);
     if (node != nullptr) {
-        // The node may come from another tree of the forest.
-        node->tree_ = this;
-        node->temporality_ = TemporalityDefault;
-        node->derivedTemporality_ = TemporalityDefault;
-        NodeAccess::Place(*node, parent, index);
+        Adopt(*node, parent, index);
     } else if (type < NodeTypeInteger || type > NodeTypeInteger64) {
         Raise(Texts::InvalidType);
     } else {

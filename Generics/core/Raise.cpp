@@ -1,5 +1,6 @@
 #include "core/Raise.h"
 
+#include <KivGenerics/ChangeGuard.h>
 #include <KivGenerics/Exception.h>
 
 #include "core/Texts.h"
@@ -21,7 +22,7 @@ void Raise(const char16_t* text) {
     Throw<Exception>(text);
 }
 
-void RaiseReadOnly() {
+void ChangeGuard::RefuseChange() {
     Throw<ReadOnlyException>(Texts::ReadOnly);
 }
 

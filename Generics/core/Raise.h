@@ -5,7 +5,4 @@ namespace KivGenerics {
 /// Throws Exception with one of the library's texts.
 [[noreturn]] void Raise(const char16_t* text);
 
-/// Throws ReadOnlyException.
-[[noreturn]] void RaiseReadOnly();
-
 }  // namespace KivGenerics

@@ -5,6 +5,7 @@
 #include <KivGenerics/VisitorNode.h>
 
 #include "core/NodeAccess.h"
+#include "core/Raise.h"
 #include "core/Texts.h"
 
 namespace KivGenerics {

@@ -2,18 +2,19 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <new>
 
+#include <KivGenerics/ChangeGuard.h>
 #include <KivGenerics/Composite.h>
 #include <KivGenerics/Tree.h>
 #include <KivSynch/AtomicLong.h>
 
 #include "core/ForestImpl.h"
-#include "core/Raise.h"
 
 namespace KivGenerics {
 
 /// The one implementation of Tree.
-class TreeImpl final : public Tree {
+class TreeImpl final : public Tree, public ChangeGuard {
 public:
     ~TreeImpl() override;
     std::int32_t AddRef() override;
@@ -48,22 +49,12 @@ public:
     TreeImpl(const TreeImpl&) = delete;
     TreeImpl& operator=(const TreeImpl&) = delete;
 
-    /// The modification guard: throws ReadOnlyException on a read-only tree, else counts the change.
-    void CheckReadOnly() {
-        TestWritable();
-        changeCount_ = static_cast<std::int32_t>(static_cast<std::uint32_t>(changeCount_) + 1U);
-        temporalityStale_ = true;
-    }
-    /// The first half of the guard: nothing is counted.
-    void TestWritable() const {
-        if (readOnly_) {
-            RaiseReadOnly();
-        }
-    }
-
     /// The node factory, the only place where nodes come from: a node of this kind for `parent` and `index`, reused or new.
     /// The caller places it. Null where a host's buffer answers null. Throws Exception for a kind outside 1 to 12.
     Node* CreateNode(NodeType type, Composite* parent, int index, SemanticTag tag);
+    /// The same for a kind known when compiling that has no tag.
+    template <class T>
+    T* Create(Composite* parent, int index);
     /// Hands a node that has left its place to the forest and resets it, with everything below it.
     void ReleaseNode(Node* node);
     /// Takes a node out of its parent, if it has one, and returns it.
@@ -76,15 +67,32 @@ private:
     class ClearTemporary;
 
     template <class T>
-    Node* Construct(Composite* parent, int index);
+    T* Construct(Composite* parent, int index);
+    void Adopt(Node& node, Composite* parent, int index) noexcept;
     Node* ConstructMap(Composite* parent, int index, SemanticTag tag);
 
     KivSynch::AtomicLong refCount_;
     Node* root_ = nullptr;
-    std::int32_t changeCount_ = 0;
-    bool readOnly_ = false;
-    bool temporalityStale_ = true;
     ForestImpl* forest_ = nullptr;
 };
+
+// A host's buffer may answer null, which a new-expression must not see: the memory is asked for first.
+template <class T>
+T* TreeImpl::Construct(Composite* parent, int index) {
+    static_assert(noexcept(T(static_cast<TreeImpl*>(nullptr), parent, index)), "the memory would be lost");
+    void* const memory = GetBuffer()->template Take<T>();
+    return memory != nullptr ? ::new (memory) T(this, parent, index) : nullptr;
+}
+
+template <class T>
+T* TreeImpl::Create(Composite* parent, int index) {
+    CheckReadOnly();
+    Node* const waiting = forest_->TakeReusable(T::StaticType);
+    if (waiting == nullptr) {
+        return Construct<T>(parent, index);
+    }
+    Adopt(*waiting, parent, index);
+    return static_cast<T*>(waiting);
+}
 
 }  // namespace KivGenerics

@@ -50,8 +50,8 @@ int Node::Compare(Node* other, EnumOrvGenericsTemporality t, bool recalc) {
         Raise(Texts::NullCompare);
     }
     if (recalc) {
-        tree_->UpdateDerivedTemporality();
-        other->tree_->UpdateDerivedTemporality();
+        NodeAccess::GetTree(*this)->UpdateDerivedTemporality();
+        NodeAccess::GetTree(*other)->UpdateDerivedTemporality();
     }
     if (DerivedValue() > t) {
         return 0;

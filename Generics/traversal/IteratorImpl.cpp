@@ -5,6 +5,7 @@
 
 #include <KivGenerics/Composite.h>
 
+#include "core/NodeAccess.h"
 #include "core/TreeImpl.h"
 
 namespace KivGenerics {
@@ -80,7 +81,7 @@ void IteratorImpl::RemoveCurrent() {
 KivBase::ReturnPtr<Iterator, KivBase::DeleteC<Iterator>> Node::GetIterator() {
     Iterator* iterator = nullptr;
     try {
-        iterator = new IteratorImpl(this, tree_);
+        iterator = new IteratorImpl(this, NodeAccess::GetTree(*this));
     } catch (const std::bad_alloc&) {
         iterator = nullptr;
     }

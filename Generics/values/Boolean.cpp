@@ -5,11 +5,6 @@
 
 namespace KivGenerics {
 
-void Boolean::Set(bool value) {
-    NodeAccess::GetTree(*this)->CheckReadOnly();
-    value_ = value;
-}
-
 void Boolean::Clear() {
     NodeAccess::GetTree(*this)->CheckReadOnly();
     value_ = false;

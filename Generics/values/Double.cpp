@@ -5,11 +5,6 @@
 
 namespace KivGenerics {
 
-void Double::Set(double value) {
-    NodeAccess::GetTree(*this)->CheckReadOnly();
-    value_ = value;
-}
-
 void Double::Clear() {
     NodeAccess::GetTree(*this)->CheckReadOnly();
     value_ = 0.0;

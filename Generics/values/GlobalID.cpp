@@ -8,11 +8,6 @@
 
 namespace KivGenerics {
 
-void GlobalID::Set(const GUID& value) {
-    NodeAccess::GetTree(*this)->CheckReadOnly();
-    value_ = value;
-}
-
 bool GlobalID::IsNull() const noexcept {
     const auto isZero = [](unsigned char byte) { return byte == 0; };
     return value_.Data1 == 0 && value_.Data2 == 0 && value_.Data3 == 0 &&

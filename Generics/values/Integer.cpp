@@ -14,11 +14,6 @@ constexpr int kIndexOfCounter = 8;
 
 }  // namespace
 
-void Integer::Set(std::int32_t value) {
-    NodeAccess::GetTree(*this)->CheckReadOnly();
-    value_ = value;
-}
-
 void Integer::Clear() {
     NodeAccess::GetTree(*this)->CheckReadOnly();
     value_ = 0;

@@ -5,11 +5,6 @@
 
 namespace KivGenerics {
 
-void Integer64::Set(std::int64_t value) {
-    NodeAccess::GetTree(*this)->CheckReadOnly();
-    value_ = value;
-}
-
 void Integer64::Clear() {
     NodeAccess::GetTree(*this)->CheckReadOnly();
     value_ = 0;

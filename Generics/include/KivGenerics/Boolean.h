@@ -14,7 +14,10 @@ public:
     static constexpr NodeType StaticType = NodeTypeBoolean;
 
     bool Get() const noexcept { return value_; }
-    void Set(bool value);
+    void Set(bool value) {
+        CheckReadOnly();
+        value_ = value;
+    }
 
     int Compare(Node* other, EnumOrvGenericsTemporality t, bool recalc) override;
     void Clear() override;
@@ -34,8 +37,8 @@ private:
     friend class TreeImpl;
     friend struct NodeAccess;
 
-    explicit Boolean(TreeImpl* tree) noexcept : Node(tree, StaticType) {}
-    Boolean(TreeImpl* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
+    explicit Boolean(ChangeGuard* tree) noexcept : Node(tree, StaticType) {}
+    Boolean(ChangeGuard* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
 
     bool value_ = false;
 };

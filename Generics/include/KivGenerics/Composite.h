@@ -44,8 +44,9 @@ public:
     Node* Detach(int index) { return hDetach(index); }
 
 protected:
-    Composite(TreeImpl* tree, NodeType type) noexcept : Node(tree, type) {}
-    Composite(TreeImpl* tree, Composite* parent, int index, NodeType type) noexcept : Node(tree, parent, index, type) {}
+    Composite(ChangeGuard* tree, NodeType type) noexcept : Node(tree, type) {}
+    Composite(ChangeGuard* tree, Composite* parent, int index, NodeType type) noexcept
+        : Node(tree, parent, index, type) {}
     ~Composite() = default;
 
     /// Throws Exception when `node` is null, this composite or an ancestor of it.

@@ -16,7 +16,10 @@ public:
     static constexpr NodeType StaticType = NodeTypeDouble;
 
     double Get() const noexcept { return value_; }
-    void Set(double value);
+    void Set(double value) {
+        CheckReadOnly();
+        value_ = value;
+    }
 
     int Compare(Node* other, EnumOrvGenericsTemporality t, bool recalc) override;
     void Clear() override;
@@ -36,8 +39,8 @@ private:
     friend class TreeImpl;
     friend struct NodeAccess;
 
-    explicit Double(TreeImpl* tree) noexcept : Node(tree, StaticType) {}
-    Double(TreeImpl* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
+    explicit Double(ChangeGuard* tree) noexcept : Node(tree, StaticType) {}
+    Double(ChangeGuard* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
 
     double value_ = 0.0;
 };

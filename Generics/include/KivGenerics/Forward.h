@@ -12,6 +12,7 @@ namespace KivGenerics {
 
 class ArchiveDecoder;
 class Boolean;
+class ChangeGuard;
 class Composite;
 class Double;
 class DoubleSet;

@@ -15,7 +15,10 @@ public:
     static constexpr NodeType StaticType = NodeTypeGlobalID;
 
     const GUID& Get() const noexcept { return value_; }
-    void Set(const GUID& value);
+    void Set(const GUID& value) {
+        CheckReadOnly();
+        value_ = value;
+    }
     /// True when all 16 bytes are zero.
     bool IsNull() const noexcept;
 
@@ -37,8 +40,8 @@ private:
     friend class TreeImpl;
     friend struct NodeAccess;
 
-    explicit GlobalID(TreeImpl* tree) noexcept : Node(tree, StaticType) {}
-    GlobalID(TreeImpl* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
+    explicit GlobalID(ChangeGuard* tree) noexcept : Node(tree, StaticType) {}
+    GlobalID(ChangeGuard* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
 
     GUID value_{};
 };

@@ -16,7 +16,10 @@ public:
     static constexpr NodeType StaticType = NodeTypeInteger;
 
     std::int32_t Get() const noexcept { return value_; }
-    void Set(std::int32_t value);
+    void Set(std::int32_t value) {
+        CheckReadOnly();
+        value_ = value;
+    }
 
     int Compare(Node* other, EnumOrvGenericsTemporality t, bool recalc) override;
     void Clear() override;
@@ -36,8 +39,8 @@ private:
     friend class TreeImpl;
     friend struct NodeAccess;
 
-    explicit Integer(TreeImpl* tree) noexcept : Node(tree, StaticType) {}
-    Integer(TreeImpl* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
+    explicit Integer(ChangeGuard* tree) noexcept : Node(tree, StaticType) {}
+    Integer(ChangeGuard* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
 
     std::int32_t value_ = 0;
 };

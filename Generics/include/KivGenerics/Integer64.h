@@ -17,7 +17,10 @@ public:
     static constexpr NodeType StaticType = NodeTypeInteger64;
 
     std::int64_t Get() const noexcept { return value_; }
-    void Set(std::int64_t value);
+    void Set(std::int64_t value) {
+        CheckReadOnly();
+        value_ = value;
+    }
 
     int Compare(Node* other, EnumOrvGenericsTemporality t, bool recalc) override;
     void Clear() override;
@@ -37,8 +40,8 @@ private:
     friend class TreeImpl;
     friend struct NodeAccess;
 
-    explicit Integer64(TreeImpl* tree) noexcept : Node(tree, StaticType) {}
-    Integer64(TreeImpl* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
+    explicit Integer64(ChangeGuard* tree) noexcept : Node(tree, StaticType) {}
+    Integer64(ChangeGuard* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
 
     std::int64_t value_ = 0;
 };

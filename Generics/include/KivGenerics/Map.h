@@ -26,25 +26,39 @@ public:
     // Copies take the node's own fields and the tag, and no child: deep copies go through Populate.
     Map(const Map&) = default;
     Map(Map&&) = default;
-    Map& operator=(const Map&) = default;
-    Map& operator=(Map&&) = default;
+    Map& operator=(const Map& other) {
+        Composite::operator=(other);
+        tag_ = other.tag_;
+        return *this;
+    }
+    Map& operator=(Map&& other) noexcept { return *this = static_cast<const Map&>(other); }
 
     SemanticTag GetSemanticTag() const override { return tag_; }
     void Populate(Node* other) override;
     VisitCode Visit(Visitor* visitor, bool postOrder) override;
 
     /// Stores the tag; the number of fixed slots stays.
-    void SetSemanticTag(SemanticTag tag);
+    // kept-on-purpose: tag-kept-slots
+    void SetSemanticTag(SemanticTag tag) {
+        CheckReadOnly();
+        tag_ = tag;
+    }
     /// GetSemanticTag without the virtual call.
     SemanticTag GetSemanticTagNV() const noexcept { return tag_; }
+    /// Get without the virtual call.
+    Node* GetNV(int index) const noexcept {
+        return static_cast<unsigned>(index) < slotCount_ ? GetSlots()[index] : GetFromOverflow(index);
+    }
     /// Always 0.
     int GetHash(bool flag) const noexcept;
 
 protected:
     void Reset() override;
 
-    explicit Map(TreeImpl* tree) noexcept : Composite(tree, StaticType) {}
-    Map(TreeImpl* tree, Composite* parent, int index) noexcept : Composite(tree, parent, index, StaticType) {}
+    Map(ChangeGuard* tree, int slotCount) noexcept
+        : Composite(tree, StaticType), slotCount_(static_cast<std::uint8_t>(slotCount)) {}
+    Map(ChangeGuard* tree, Composite* parent, int index, int slotCount) noexcept
+        : Composite(tree, parent, index, StaticType), slotCount_(static_cast<std::uint8_t>(slotCount)) {}
     ~Map() = default;
 
     /// Throws Exception for an index outside 0 to 0x1FFFFFFF.
@@ -67,7 +81,12 @@ private:
     template <int N>
     friend class MapImpl;
 
+    // The fixed slots stand right behind this class, in every class that derives from it.
+    Node* const* GetSlots() const noexcept { return reinterpret_cast<Node* const*>(this + 1); }
+    Node* GetFromOverflow(int index) const noexcept;
+
     SemanticTag tag_ = SemanticTagDefault;
+    std::uint8_t slotCount_;  // fixed at construction
 };
 
 }  // namespace KivGenerics

@@ -6,6 +6,7 @@
 #include <KivBase/ReturnPtr.h>
 #include <KivBase/ReturnPtrI.h>
 #include <KivBase/WString.h>
+#include <KivGenerics/ChangeGuard.h>
 #include <KivGenerics/Export.h>
 #include <KivGenerics/Forward.h>
 #include <KivGenerics/NodeType.h>
@@ -109,7 +110,11 @@ public:
         return static_cast<EnumOrvGenericsTemporality>(temporality_);
     }
     /// Stores what it is given; a value outside 0..4 hides the node from every walk.
-    void SetTemporality(EnumOrvGenericsTemporality t);
+    void SetTemporality(EnumOrvGenericsTemporality t) {
+        CheckReadOnly();
+        temporality_ = static_cast<std::int8_t>(t);
+        derivedTemporality_ = TemporalityDefault;
+    }
     /// True when the derived temporality, as stored, is not above `t`; for visitors.
     bool ShouldVisit(EnumOrvGenericsTemporality t) const noexcept { return derivedTemporality_ <= t; }
     /// Walks this node and what is below it depth first and shows to the visitor what `flags` (IterateFlags.h) admit;
@@ -117,14 +122,14 @@ public:
     void Iterate(Visitor* visitor, SemanticTag tag, int flags);
 
 protected:
-    Node(TreeImpl* tree, NodeType type) noexcept : tree_(tree), type_(static_cast<std::int8_t>(type)) {}
-    Node(TreeImpl* tree, Composite* parent, int index, NodeType type) noexcept
+    Node(ChangeGuard* tree, NodeType type) noexcept : tree_(tree), type_(static_cast<std::int8_t>(type)) {}
+    Node(ChangeGuard* tree, Composite* parent, int index, NodeType type) noexcept
         : tree_(tree), type_(static_cast<std::int8_t>(type)), index_(index), parent_(parent) {}
     // Nodes are never destroyed through a base: their memory goes with the forest.
     ~Node() = default;
 
     /// The modification guard: throws ReadOnlyException on a read-only tree, else counts the change.
-    void CheckReadOnly() const;
+    void CheckReadOnly() const { tree_->CheckReadOnly(); }
     /// The shared first steps of every MergeWith: guard, argument checks and the reconciliation of the own temporalities.
     /// False when two set temporalities conflict; the other's wins. The flag is not read.
     bool MergeWithChecks(Node* other, bool flag);
@@ -160,7 +165,7 @@ private:
     void SetIndex(int index) noexcept { index_ = index; }
     void SetParent(Composite* parent) noexcept { parent_ = parent; }
 
-    TreeImpl* tree_;
+    ChangeGuard* tree_;  // the guard of the tree: TreeImpl is the only class that has one
     std::int8_t type_;
     std::int8_t temporality_ = TemporalityDefault;
     std::int8_t derivedTemporality_ = TemporalityDefault;
