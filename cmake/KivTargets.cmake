@@ -46,3 +46,19 @@ function(kiv_shared_library target)
     set_target_properties(${target} PROPERTIES LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/exports.map)
   endif()
 endfunction()
+
+# The folder that has NAME/HEADER of a library that is nothing but headers, which the Debian package PACKAGE brings. For
+# another system the headers are copied, so that nothing else of their folder is found beside them.
+function(kiv_headers_of result name header package)
+  find_path(KIV_${name}_FOLDER ${name}/${header} NO_CMAKE_FIND_ROOT_PATH)
+  if(NOT KIV_${name}_FOLDER)
+    message(FATAL_ERROR "<${name}/${header}> is missing, without which kivtree and the library Inspect cannot be built. "
+      "Install it (on Debian: apt-get install ${package}), or leave the two out with -DKIV_INSPECT=OFF -DKIV_TOOLS=OFF.")
+  endif()
+  set(folder ${KIV_${name}_FOLDER})
+  if(CMAKE_CROSSCOMPILING)
+    file(COPY ${folder}/${name} DESTINATION ${CMAKE_BINARY_DIR}/headers)
+    set(folder ${CMAKE_BINARY_DIR}/headers)
+  endif()
+  set(${result} ${folder} PARENT_SCOPE)
+endfunction()

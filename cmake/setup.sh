@@ -33,6 +33,11 @@ packageOf() {
         /usr/lib/llvm-19/lib/clang/19/lib/linux) echo libclang-rt-19-dev ;;
         /usr/include/gtest/gtest.h) echo libgtest-dev ;;
         /usr/include/xxhash.h) echo libxxhash-dev ;;
+        /usr/include/CLI/CLI.hpp) echo libcli11-dev ;;
+        /usr/include/nlohmann/json.hpp) echo nlohmann-json3-dev ;;
+        /usr/include/rapidcheck.h) echo librapidcheck-dev ;;
+        /usr/share/iso-codes/json) echo iso-codes ;;
+        help2man) echo help2man ;;
         /usr/include/benchmark/benchmark.h) echo libbenchmark-dev ;;
         /usr/share/unicode/UnicodeData.txt) echo unicode-data ;;
     esac

@@ -18,7 +18,8 @@ TABLE = {
     "Generics/persistence": {"public:Platform", "public:Generics", "Generics/core", "Generics/values",
                              "Generics/containers", "Generics/traversal", "Generics/persistence"},
     "Storage": {"public:Platform", "public:Generics", "public:Storage", "Storage", "system"},
-    "Tools": {"public:Platform", "public:Generics", "public:Storage", "Tools"},
+    "Inspect": {"public:Platform", "public:Generics", "public:Storage", "public:Inspect", "Inspect", "system"},
+    "Tools": {"public:Platform", "public:Generics", "public:Storage", "public:Inspect", "Tools", "system"},
     "Examples": {"public:Platform", "public:Generics", "public:Storage", "Examples"},
     "Benchmarks": {"public:Platform", "public:Generics", "public:Storage", "Benchmarks", "system"},
 }
@@ -32,7 +33,8 @@ ALSO = {
 }
 
 # Libraries from elsewhere, and the folders that use them.
-OTHERS = {"xxhash.h": "Storage", "benchmark/benchmark.h": "Benchmarks"}
+OTHERS = {"xxhash.h": "Storage", "benchmark/benchmark.h": "Benchmarks", "nlohmann/json.hpp": "Inspect",
+          "CLI/CLI.hpp": "Tools"}
 # The sanitizers' interface is the compiler's, and one header of the platform has it to itself.
 COMPILERS = {"sanitizer/asan_interface.h": "Platform/base/Poison.h"}
 # On Windows the platform's record is the system's.
@@ -69,7 +71,7 @@ def problem_of(project, path, quote, name):
             return f'"{name}" is no private header that can be seen here; public headers go in <>'
         target_folder = folder_of(project.root.__class__(target))
         return None if target_folder in TABLE[folder] else f"{folder} may not see {target_folder}"
-    if top in PLATFORM_NAMES or top in ("KivGenerics", "KivStorage"):
+    if top in PLATFORM_NAMES or top in ("KivGenerics", "KivStorage", "KivInspect"):
         owner = "Platform" if top in PLATFORM_NAMES else top[3:]
         return None if f"public:{owner}" in TABLE[folder] else f"{folder} may not see {owner}"
     if name in OTHERS:
@@ -81,7 +83,7 @@ def problem_of(project, path, quote, name):
         return None
     if "system" in TABLE[folder] and SYSTEM_FILE.search(path.name):
         return None
-    return f"<{name}> is the system's: only files that are named after it, of Platform, Storage or Benchmarks, see it"
+    return f"<{name}> is the system's: only files that are named after it, of Platform, Storage, Inspect, Tools or Benchmarks, see it"
 
 
 def check(project):

@@ -6,7 +6,7 @@ from project import Project, expect, write
 
 HEADINGS = ("Holds", "Sees", "Start reading at", "Does not belong here")
 ALWAYS = ("Generics", "Platform", "Storage", "Examples", "Benchmarks", "Docs", "Tests", "cmake")
-WHERE_THEY_ARE = ("Tools", "Fuzz")
+WHERE_THEY_ARE = ("Inspect", "Tools", "Fuzz")
 
 
 def folders(project):

@@ -1,0 +1,45 @@
+#include <memory>
+#include <string>
+
+#include <KivInspect/Annotate.h>
+
+#include "kivtree/ScanInput.h"
+#include "kivtree/Verbs.h"
+
+namespace KivTree {
+namespace {
+
+struct Options {
+    std::string file;
+    KivInspect::AnnotateOptions annotate;
+};
+
+int RunAnnotate(const Options& options, Context& context) {
+    const ScanInput input = OpenBinaryScan(options.file);
+    if (input.form != KivInspect::Form::Binary) {
+        throw Trouble(options.file + " is not in the binary form. Convert it first: kivtree convert.");
+    }
+    const KivStorage::Result result = KivInspect::Annotate(*input.scanner, context.Out(), options.annotate);
+    if (!result.Ok()) {
+        ThrowLoadFailure(options.file, result);
+    }
+    return ExitSuccess;
+}
+
+}  // namespace
+
+Run DefineAnnotate(CLI::App& words) {
+    const auto options = std::make_shared<Options>();
+    words.add_option("FILE", options->file, "the file, in the binary form; - is standard input")->required();
+    words.add_option("--from", options->annotate.from, "leave out what stands before this byte")->type_name("BYTE");
+    words.add_option("--to", options->annotate.to, "leave out what stands at this byte and behind it")
+        ->type_name("BYTE")
+        ->default_str("");
+    words.footer(
+        "Each line is an offset in hexadecimal, the bytes there, and what they mean. Reads the file once, in little\n"
+        "memory, whatever its size. Damage is marked WRONG where it is.\n\n"
+        "Exit code 0: the file is whole; 2: trouble, damage too.");
+    return [options](Context& context) { return RunAnnotate(*options, context); };
+}
+
+}  // namespace KivTree

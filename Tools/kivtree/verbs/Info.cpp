@@ -1,0 +1,44 @@
+#include <memory>
+#include <string>
+
+#include <KivInspect/Info.h>
+
+#include "kivtree/ScanInput.h"
+#include "kivtree/Verbs.h"
+
+namespace KivTree {
+namespace {
+
+struct Options {
+    std::string file;
+    bool json = false;
+};
+
+int RunInfo(const Options& options, Context& context) {
+    const ScanInput input = OpenScan(context, options.file);
+    const KivInspect::InfoResult read = KivInspect::ReadInfo(*input.scanner);
+    if (!read.result.Ok()) {
+        ThrowLoadFailure(options.file, read.result);
+    }
+    if (options.json) {
+        KivInspect::WriteInfoJson(read.info, context.Out());
+    } else {
+        KivInspect::WriteInfo(read.info, context.Out());
+    }
+    return ExitSuccess;
+}
+
+}  // namespace
+
+Run DefineInfo(CLI::App& words) {
+    const auto options = std::make_shared<Options>();
+    words.add_option("FILE", options->file, "the tree; - is standard input")->required();
+    words.add_flag("--json", options->json, "print a JSON object");
+    words.footer(
+        "Reads the file once, in little memory, whatever its size, and checks every byte of it.\n"
+        "Of a tree in another form it tells what its binary form would be.\n\n"
+        "Exit code 0: printed; 2: trouble.");
+    return [options](Context& context) { return RunInfo(*options, context); };
+}
+
+}  // namespace KivTree
