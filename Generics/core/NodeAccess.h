@@ -14,6 +14,12 @@ struct NodeAccess {
     static TreeImpl* GetTree(const Node& node) noexcept { return static_cast<TreeImpl*>(node.tree_); }
     static Composite* GetParent(const Node& node) noexcept { return node.parent_; }
 
+    /// What a scalar leaf holds.
+    template <class Leaf>
+    static auto& GetValue(Leaf& leaf) noexcept {
+        return leaf.value_;
+    }
+
     /// While a released node waits in its forest, its parent field links it to the next one.
     static Node* GetLink(const Node& node) noexcept { return reinterpret_cast<Node*>(node.parent_); }
     static void SetLink(Node& node, Node* next) noexcept { node.parent_ = reinterpret_cast<Composite*>(next); }

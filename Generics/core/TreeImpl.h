@@ -13,6 +13,8 @@
 
 namespace KivGenerics {
 
+class ArchiveWriter;
+
 /// The one implementation of Tree.
 class TreeImpl final : public Tree, public ChangeGuard {
 public:
@@ -69,6 +71,8 @@ private:
     template <class T>
     T* Construct(Composite* parent, int index);
     void Adopt(Node& node, Composite* parent, int index) noexcept;
+    std::int32_t Save(const ArchiveWriter& out, bool withTransient, int slotFlags);
+    std::int32_t Load(ArchiveDecoder& decoder);
     Node* ConstructMap(Composite* parent, int index, SemanticTag tag);
 
     KivSynch::AtomicLong refCount_;

@@ -2,10 +2,12 @@
 
 #include <cstdint>
 
-#include <KivGenerics/Forward.h>
 #include <KivGenerics/NodeType.h>
 #include <KivGenerics/SemanticTag.h>
 #include <KivGenerics/Temporality.h>
+
+#include "persistence/COrvReadBlockArchive.h"
+#include "persistence/Encoding.h"
 
 namespace KivGenerics {
 
@@ -17,7 +19,17 @@ struct ObjectKind {
 };
 
 /// Decodes an object's tag. The type may be any number from 0 to 509: the factory refuses what it does not know.
-ObjectKind DecodeObjectTag(std::uint16_t tag) noexcept;
+inline ObjectKind DecodeObjectTag(std::uint16_t tag) noexcept {
+    const int kind = tag & kKindMask;
+    const auto temporality = static_cast<EnumOrvGenericsTemporality>(tag >> kTemporalityShift & 7);
+    if (kind == kLongVector) {
+        return {NodeTypeVector, temporality, true};
+    }
+    if (kind == kLongMap) {
+        return {NodeTypeMap, temporality, true};
+    }
+    return {static_cast<NodeType>(kind), temporality, false};
+}
 
 /// What a type code says about a leaf that is written without an object of its own.
 struct LeafKind {
@@ -31,19 +43,45 @@ struct LeafKind {
 /// On failure: GetStatus is negative; what GetBytes and PeekByte answer then means nothing.
 class ArchiveDecoder {
 public:
+    /// Over any archive.
     explicit ArchiveDecoder(KivCOMShared::COrvReadArchive* archive) noexcept : archive_(archive) {}
+    /// Over the library's own, whose operations become part of the caller's then.
+    explicit ArchiveDecoder(COrvReadBlockArchive* archive) noexcept : archive_(archive), own_(archive) {}
     ArchiveDecoder(const ArchiveDecoder&) = delete;
     ArchiveDecoder& operator=(const ArchiveDecoder&) = delete;
 
-    /// The next `count` bytes, 1, 2 or 4, as a number. 0 where a word cannot be read; nothing is taken then.
-    std::uint32_t GetBytes(int count);
-    /// The next byte, which stays untaken.
-    std::uint32_t PeekByte();
-    /// Drops what is left of the current word.
-    void Realign() noexcept {
-        word_ = 0;
-        left_ = 0;
+    // The archive's operations. They do not touch the decoder's status.
+    std::int32_t ReadLong(std::int32_t* value) {
+        return own_ != nullptr ? own_->ReadLong(value) : archive_->ReadLong(value);
     }
+    std::int32_t ReadDouble(double* value) {
+        return own_ != nullptr ? own_->ReadDouble(value) : archive_->ReadDouble(value);
+    }
+    std::int32_t ReadGUID(GUID* value) { return own_ != nullptr ? own_->ReadGUID(value) : archive_->ReadGUID(value); }
+    std::int32_t ReadWideString(KivBase::WString& text) {
+        return own_ != nullptr ? own_->ReadWideString(text) : archive_->ReadWideString(text);
+    }
+    /// Enters the next object, whatever its tag.
+    std::int32_t ReadObjectTag(std::uint16_t* tag) {
+        return own_ != nullptr ? own_->ReadObjectTag(0, tag) : archive_->ReadObjectTag(0, tag);
+    }
+    std::int32_t EndReadObject() { return own_ != nullptr ? own_->EndReadObject() : archive_->EndReadObject(); }
+
+    /// The next `count` bytes, 1, 2 or 4, as a number. 0 where a word cannot be read; nothing is taken then.
+    std::uint32_t GetBytes(int count) {
+        if (!NeedBytes(count)) {
+            return 0;
+        }
+        left_ -= count;
+        const std::uint64_t mask = (std::uint64_t{1} << (8 * count)) - 1;
+        return static_cast<std::uint32_t>(bytes_ >> (8 * left_) & mask);
+    }
+    /// The next byte, which stays untaken.
+    std::uint32_t PeekByte() {
+        return NeedBytes(1) ? static_cast<std::uint32_t>(bytes_ >> (8 * (left_ - 1)) & 0xFF) : 0;
+    }
+    /// Drops what is left of the current word.
+    void Realign() noexcept { left_ = 0; }
 
     /// A map's semantic tag. Only valid when GetStatus is not negative afterwards.
     SemanticTag GetSemanticTag();
@@ -61,19 +99,32 @@ public:
         Level(const Level&) = delete;
         Level& operator=(const Level&) = delete;
         /// True beyond MaxLoadNesting: reading on would use up the stack.
-        bool IsTooDeep() const noexcept;
+        bool IsTooDeep() const noexcept { return decoder_.depth_ > MaxLoadNesting; }
 
     private:
         ArchiveDecoder& decoder_;
     };
 
 private:
-    bool ReadWord(std::uint32_t& word);
+    /// Reads a word unless so many bytes wait already. False, with the state as it was, where that fails.
+    bool NeedBytes(int count) {
+        if (left_ < count) {
+            std::int32_t word = 0;
+            status_ = ReadLong(&word);
+            if (status_ < 0) {
+                return false;
+            }
+            bytes_ = bytes_ << 32 | static_cast<std::uint32_t>(word);
+            left_ += 4;
+        }
+        return true;
+    }
 
     std::int32_t status_ = 0;
+    std::int32_t left_ = 0;    // bytes not yet taken, 0 to 7
+    std::uint64_t bytes_ = 0;  // the last of them lowest; above them stands what was taken before
     KivCOMShared::COrvReadArchive* archive_;
-    std::uint32_t word_ = 0;
-    std::int32_t left_ = 0;  // bytes of the word not yet taken
+    COrvReadBlockArchive* own_ = nullptr;  // the same, where it is the library's
     int depth_ = 0;
 };
 

@@ -3,8 +3,6 @@
 #include <memory>
 #include <new>
 
-#include <KivGenerics/ResultCode.h>
-
 #include "persistence/Halves.h"
 
 namespace KivGenerics {
@@ -19,26 +17,6 @@ COrvReadBlockArchive::~COrvReadBlockArchive() {
     if (stream_ != nullptr) {
         stream_->Release();
     }
-}
-
-std::int32_t COrvReadBlockArchive::ReadShort(std::uint16_t* value) {
-    *value = 0;
-    return MayReadValue() ? stream_->GetShort(value) : ResultUnexpected;
-}
-
-std::int32_t COrvReadBlockArchive::ReadDouble(double* value) {
-    *value = 0.0;
-    return MayReadValue() ? stream_->GetDouble(value) : ResultUnexpected;
-}
-
-std::int32_t COrvReadBlockArchive::ReadGUID(GUID* value) {
-    *value = GUID{};
-    return MayReadValue() ? stream_->GetGUID(value) : ResultUnexpected;
-}
-
-std::int32_t COrvReadBlockArchive::ReadLong(std::int32_t* value) {
-    *value = 0;
-    return MayReadValue() ? stream_->GetLong(value) : ResultUnexpected;
 }
 
 std::int32_t COrvReadBlockArchive::ReadInt64(std::int64_t* value) {

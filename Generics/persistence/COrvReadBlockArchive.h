@@ -4,6 +4,7 @@
 
 #include <KivCOMShared/BlockReadStream.h>
 #include <KivCOMShared/COrvReadArchive.h>
+#include <KivGenerics/ResultCode.h>
 
 namespace KivGenerics {
 
@@ -16,10 +17,22 @@ class COrvReadBlockArchive final : public KivCOMShared::COrvReadArchive {
 public:
     /// Releases the stream.
     ~COrvReadBlockArchive() override;
-    std::int32_t ReadShort(std::uint16_t* value) override;
-    std::int32_t ReadDouble(double* value) override;
-    std::int32_t ReadGUID(GUID* value) override;
-    std::int32_t ReadLong(std::int32_t* value) override;
+    std::int32_t ReadShort(std::uint16_t* value) override {
+        *value = 0;
+        return MayReadValue() ? stream_->GetShort(value) : ResultUnexpected;
+    }
+    std::int32_t ReadDouble(double* value) override {
+        *value = 0.0;
+        return MayReadValue() ? stream_->GetDouble(value) : ResultUnexpected;
+    }
+    std::int32_t ReadGUID(GUID* value) override {
+        *value = GUID{};
+        return MayReadValue() ? stream_->GetGUID(value) : ResultUnexpected;
+    }
+    std::int32_t ReadLong(std::int32_t* value) override {
+        *value = 0;
+        return MayReadValue() ? stream_->GetLong(value) : ResultUnexpected;
+    }
     std::int32_t ReadInt64(std::int64_t* value) override;
     /// ArchiveStringTooLong beyond MaxStringUnits; ResultOutOfMemory. A text is cut at its first NUL.
     std::int32_t ReadWideString(KivBase::WString& text) override;

@@ -3,11 +3,11 @@
 #include <vector>
 
 #include <KivCOMShared/COrvSizeArchive.h>
-#include <KivCOMShared/COrvWriteArchive.h>
 
 #include "core/MapChildren.h"
 #include "persistence/BytePacker.h"
 #include "persistence/ReadChild.h"
+#include "persistence/WriteNode.h"
 
 namespace KivGenerics {
 namespace {
@@ -45,8 +45,12 @@ void PackSlotKey(BytePacker& packer, const Node& child) {
     const auto index = static_cast<std::uint32_t>(child.GetIndex());
     const std::uint32_t typeByte = GetTypeByte(child);
     const std::uint32_t hasType = typeByte != 0 ? 1 : 0;
+    if (index < 64 && hasType != 0) {
+        packer.Put((0x80 | index) << 8 | typeByte, 2);
+        return;
+    }
     if (index < 64) {
-        packer.Put(hasType << 7 | index, 1);
+        packer.Put(index, 1);
     } else if (index < 8192) {
         packer.Put(hasType << 15 | 0x4000 | index, 2);
     } else if (index <= 0x1FFFFFFF) {
@@ -57,31 +61,51 @@ void PackSlotKey(BytePacker& packer, const Node& child) {
     }
 }
 
-/// Calls `use(child)` for the children that are written, in the order of keys and values alike: leaves first, then
-/// composites, each in index order. Returns 0 or the first failure.
-template <class Use>
-std::int32_t ForEachWritten(const MapChildren& children, EnumOrvGenericsTemporality limit, Use use) {
-    std::int32_t result = ResultSuccess;
-    for (const bool composites : {false, true}) {
-        children.ForEach([&](Node* child) {
-            if (IsCompositeType(child->GetType()) == composites && NodeAccess::GetDerived(*child) <= limit) {
+/// The children of a map that are written: leaves first, then composites, each in index order.
+class WrittenChildren {
+public:
+    WrittenChildren(const MapChildren& children, EnumOrvGenericsTemporality limit)
+        : children_(children), limit_(limit) {
+        children.ForEach([this](Node* child) {
+            if (NodeAccess::GetDerived(*child) <= limit_) {
+                ++(IsCompositeType(child->GetType()) ? composites_ : leaves_);
+            }
+            return true;
+        });
+    }
+
+    int GetCount() const noexcept { return leaves_ + composites_; }
+
+    /// Calls `use(child)` for each. Returns 0 or the first failure.
+    template <class Use>
+    std::int32_t ForEach(Use use) const {
+        const std::int32_t result = leaves_ > 0 ? ForEachOf(false, use) : ResultSuccess;
+        return result >= 0 && composites_ > 0 ? ForEachOf(true, use) : result;
+    }
+
+private:
+    template <class Use>
+    std::int32_t ForEachOf(bool composites, Use use) const {
+        std::int32_t result = ResultSuccess;
+        children_.ForEach([&](Node* child) {
+            if (IsCompositeType(child->GetType()) == composites && NodeAccess::GetDerived(*child) <= limit_) {
                 result = use(*child);
             }
             return result >= 0;
         });
-        if (result < 0) {
-            break;
-        }
+        return result;
     }
-    return result;
-}
+
+    const MapChildren& children_;
+    const EnumOrvGenericsTemporality limit_;
+    int leaves_ = 0;
+    int composites_ = 0;
+};
 
 /// Opens a map's object and packs its semantic tag and child count.
-std::int32_t BeginMap(const MapChildren& children, COrvWriteArchive* archive, BytePacker& packer,
-                      EnumOrvGenericsTemporality limit) {
-    const int count = GetMapSize(children, limit);
+std::int32_t BeginMap(const MapChildren& children, ArchiveWriter out, BytePacker& packer, int count) {
     const std::int32_t result =
-        archive->BeginObject(GetObjectTag(children.map, count < kLongCount ? NodeTypeMap : kLongMap));
+        out.BeginObject(GetObjectTag(children.map, count < kLongCount ? NodeTypeMap : kLongMap));
     if (result >= 0) {
         PackSemanticTag(packer, children.map.GetSemanticTagNV());
         PackCount(packer, static_cast<std::uint32_t>(count));
@@ -91,9 +115,10 @@ std::int32_t BeginMap(const MapChildren& children, COrvWriteArchive* archive, By
 
 /// Writes a map with the children that `forEach` names, keys first, then values.
 template <class ForEach>
-std::int32_t WriteMapWith(const MapChildren& children, COrvWriteArchive* archive, bool withTransient, ForEach forEach) {
-    BytePacker packer(archive);
-    std::int32_t result = BeginMap(children, archive, packer, GetLimit(withTransient));
+std::int32_t WriteMapWith(const MapChildren& children, ArchiveWriter out, bool withTransient, int count,
+                          ForEach forEach) {
+    BytePacker packer(out);
+    std::int32_t result = BeginMap(children, out, packer, count);
     if (result < 0) {
         return result;
     }
@@ -103,9 +128,9 @@ std::int32_t WriteMapWith(const MapChildren& children, COrvWriteArchive* archive
     });
     result = packer.Flush();
     if (result >= 0) {
-        result = forEach([&](Node& child) { return child.WriteToArchive(archive, withTransient); });
+        result = forEach([=](Node& child) { return WriteNode(child, out, withTransient); });
     }
-    return result < 0 ? result : archive->EndObject();
+    return result < 0 ? result : out.EndObject();
 }
 
 // With transient nodes, a root's first three slots are written only if asked for.
@@ -168,9 +193,8 @@ std::int32_t ReadLeafChild(Map& map, ArchiveDecoder& decoder, const SlotKey& key
 }
 
 std::int32_t ReadObjectChild(Map& map, ArchiveDecoder& decoder, const SlotKey& key) {
-    KivCOMShared::COrvReadArchive* const archive = decoder.GetArchive();
     std::uint16_t objectTag = 0;
-    std::int32_t result = archive->ReadObjectTag(0, &objectTag);
+    std::int32_t result = decoder.ReadObjectTag(&objectTag);
     if (result != ResultSuccess) {
         return result < 0 ? result : ResultSuccess;  // no object: nothing is made for this key
     }
@@ -179,21 +203,26 @@ std::int32_t ReadObjectChild(Map& map, ArchiveDecoder& decoder, const SlotKey& k
         result = ReadChild(decoder, kind.type, kind.temporality, kind.longCount,
                            [&](NodeType type, SemanticTag tag) { return map.NewNode(key.index, type, false, tag); });
     }
-    return result < 0 ? result : archive->EndReadObject();
+    return result < 0 ? result : decoder.EndReadObject();
 }
 
 }  // namespace
 
 std::int32_t WriteMap(const MapChildren& children, COrvWriteArchive* archive, bool withTransient) {
-    return WriteMapWith(children, archive, withTransient,
-                        [&](auto use) { return ForEachWritten(children, GetLimit(withTransient), use); });
+    return WriteMap(children, ArchiveWriter(archive), withTransient);
+}
+
+std::int32_t WriteMap(const MapChildren& children, ArchiveWriter out, bool withTransient) {
+    const WrittenChildren written(children, GetLimit(withTransient));
+    return WriteMapWith(children, out, withTransient, written.GetCount(),
+                        [&](auto use) { return written.ForEach(use); });
 }
 
 // Only the composite children of the fixed slots are written; the count in the header counts all the same what is not.
 // kept-on-purpose: root-write-count
-std::int32_t WriteRootMap(const MapChildren& children, COrvWriteArchive* archive, bool withTransient, int slotFlags) {
+std::int32_t WriteRootMap(const MapChildren& children, ArchiveWriter out, bool withTransient, int slotFlags) {
     const EnumOrvGenericsTemporality limit = GetLimit(withTransient);
-    return WriteMapWith(children, archive, withTransient, [&](auto use) {
+    return WriteMapWith(children, out, withTransient, GetMapSize(children, limit), [&](auto use) {
         std::int32_t result = ResultSuccess;
         for (int slot = 0; result >= 0 && slot < children.slotCount; ++slot) {
             Node* const child = children.slots[slot];
@@ -204,6 +233,16 @@ std::int32_t WriteRootMap(const MapChildren& children, COrvWriteArchive* archive
         }
         return result;
     });
+}
+
+std::int32_t WriteRootMap(const MapChildren& children, COrvWriteArchive* archive, bool withTransient, int slotFlags) {
+    return WriteRootMap(children, ArchiveWriter(archive), withTransient, slotFlags);
+}
+
+std::int32_t WriteRoot(Node& root, ArchiveWriter out, bool withTransient, int slotFlags) {
+    return root.GetType() == NodeTypeMap
+               ? WriteRootMap(MapChildren(static_cast<Map&>(root)), out, withTransient, slotFlags)
+               : root.WriteToArchive(out.GetArchive(), withTransient, slotFlags);
 }
 
 // All keys come before all values, so they are kept. Each costs at least a byte of what is read: the count in the header

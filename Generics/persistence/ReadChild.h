@@ -2,12 +2,12 @@
 
 #include <cstdint>
 
-#include <KivCOMShared/COrvReadArchive.h>
 #include <KivGenerics/Node.h>
 #include <KivGenerics/ResultCode.h>
 
 #include "persistence/ArchiveDecoder.h"
 #include "persistence/Encoding.h"
+#include "persistence/LeafArchive.h"
 
 namespace KivGenerics {
 
@@ -28,12 +28,31 @@ constexpr bool IsKnownType(NodeType type) noexcept {
 inline std::int32_t SkipWords(ArchiveDecoder& decoder, int words) {
     for (int i = 0; i < words; ++i) {
         std::int32_t ignored = 0;
-        const std::int32_t result = decoder.GetArchive()->ReadLong(&ignored);
+        const std::int32_t result = decoder.ReadLong(&ignored);
         if (result < 0) {
             return result;
         }
     }
     return ResultSuccess;
+}
+
+/// Reads a new node of any kind: scalars right here, the others through their own operation.
+inline std::int32_t ReadNode(Node& node, ArchiveDecoder& decoder, bool longCount) {
+    switch (node.GetType()) {
+        case NodeTypeInteger: return ReadValue(static_cast<Integer&>(node), decoder);
+        case NodeTypeGlobalID: return ReadValue(static_cast<GlobalID&>(node), decoder);
+        case NodeTypeString: return ReadValue(static_cast<String&>(node), decoder);
+        case NodeTypeDouble: return ReadValue(static_cast<Double&>(node), decoder);
+        case NodeTypeBoolean: return ReadValue(static_cast<Boolean&>(node), decoder);
+        case NodeTypeInteger64: return ReadValue(static_cast<Integer64&>(node), decoder);
+        case NodeTypeVector:
+        case NodeTypeMap:
+        case NodeTypeIntegerSet:
+        case NodeTypeIdSet:
+        case NodeTypeStringSet:
+        case NodeTypeDoubleSet: break;
+    }
+    return node.ReadFromArchive(decoder, longCount);
 }
 
 /// Reads the semantic tag of a map, makes the child with `make(type, tag)`, gives it its temporality and reads it.
@@ -52,7 +71,7 @@ std::int32_t ReadChild(ArchiveDecoder& decoder, NodeType type, EnumOrvGenericsTe
         return ResultOutOfMemory;
     }
     child->SetTemporality(temporality);
-    return child->ReadFromArchive(decoder, longCount);
+    return ReadNode(*child, decoder, longCount);
 }
 
 }  // namespace KivGenerics

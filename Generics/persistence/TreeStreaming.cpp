@@ -1,7 +1,6 @@
 // A whole tree: an object of tag 0 that holds one unused word and the root.
 
 #include <KivCOMShared/COrvSizeArchive.h>
-#include <KivCOMShared/COrvWriteArchive.h>
 #include <KivGenerics/ResultCode.h>
 
 #include "core/NodeAccess.h"
@@ -11,6 +10,7 @@
 #include "persistence/COrvReadBlockArchive.h"
 #include "persistence/COrvWriteBlockArchive.h"
 #include "persistence/ReadChild.h"
+#include "persistence/WriteNode.h"
 
 namespace KivGenerics {
 namespace {
@@ -29,7 +29,7 @@ std::int32_t TreeImpl::SaveToStream(KivCOMShared::BlockWriteStream* stream, bool
         Raise(Texts::NullStream);
     }
     COrvWriteBlockArchive archive(stream);
-    return SaveToArchive(&archive, withTransient, kAllSlots);
+    return Save(&archive, withTransient, kAllSlots);
 }
 
 std::int32_t TreeImpl::LoadFromStream(KivCOMShared::BlockReadStream* stream) {
@@ -38,20 +38,26 @@ std::int32_t TreeImpl::LoadFromStream(KivCOMShared::BlockReadStream* stream) {
         Raise(Texts::NullStream);
     }
     COrvReadBlockArchive archive(stream);
-    return LoadFromArchive(&archive);
+    CheckReadOnly();  // the load from the archive counts as a change of its own
+    ArchiveDecoder decoder(&archive);
+    return Load(decoder);
+}
+
+std::int32_t TreeImpl::SaveToArchive(KivCOMShared::COrvWriteArchive* archive, bool withTransient, int slotFlags) {
+    if (archive == nullptr) {
+        Raise(Texts::NullArchive);
+    }
+    return Save(archive, withTransient, slotFlags);
 }
 
 // While the root is being written nothing can change the tree. The flag goes with the success of the root's write, whatever
 // it was before: after a failure, or an exception, the tree stays read-only.
 // kept-on-purpose: save-leaves-writable
 // kept-on-purpose: failed-save-stays-read-only
-std::int32_t TreeImpl::SaveToArchive(KivCOMShared::COrvWriteArchive* archive, bool withTransient, int slotFlags) {
-    if (archive == nullptr) {
-        Raise(Texts::NullArchive);
-    }
-    std::int32_t result = archive->BeginObject(kEnvelopeTag);
+std::int32_t TreeImpl::Save(const ArchiveWriter& out, bool withTransient, int slotFlags) {
+    std::int32_t result = out.BeginObject(kEnvelopeTag);
     if (result >= 0) {
-        result = archive->WriteLong(0);
+        result = out.WriteLong(0);
     }
     if (result < 0) {
         return result;
@@ -60,44 +66,48 @@ std::int32_t TreeImpl::SaveToArchive(KivCOMShared::COrvWriteArchive* archive, bo
         readOnly_ = true;
         UpdateDerivedTemporality();
         if (NodeAccess::GetDerived(*root_) <= GetLimit(withTransient)) {
-            result = root_->WriteToArchive(archive, withTransient, slotFlags);
+            result = WriteRoot(*root_, out, withTransient, slotFlags);
             if (result < 0) {
                 return result;
             }
         }
         readOnly_ = false;
     }
-    return FailureOrSuccess(archive->EndObject());
+    return FailureOrSuccess(out.EndObject());
 }
 
-// kept-on-purpose: load-discards-first
 std::int32_t TreeImpl::LoadFromArchive(KivCOMShared::COrvReadArchive* archive) {
     CheckReadOnly();
     if (archive == nullptr) {
         Raise(Texts::NullArchive);
     }
+    ArchiveDecoder decoder(archive);
+    return Load(decoder);
+}
+
+// kept-on-purpose: load-discards-first
+std::int32_t TreeImpl::Load(ArchiveDecoder& decoder) {
     RemoveRoot();
     std::uint16_t objectTag = 0;
-    std::int32_t result = archive->ReadObjectTag(0, &objectTag);
+    std::int32_t result = decoder.ReadObjectTag(&objectTag);
     if (result != ResultSuccess) {
         return result < 0 ? result : ArchiveTypeMismatch;
     }
     std::int32_t ignored = 0;
-    result = archive->ReadLong(&ignored);
+    result = decoder.ReadLong(&ignored);
     if (result < 0) {
         return result;
     }
-    result = archive->ReadObjectTag(0, &objectTag);
+    result = decoder.ReadObjectTag(&objectTag);
     if (result == ResultSuccess) {
-        ArchiveDecoder decoder(archive);
         const ObjectKind kind = DecodeObjectTag(objectTag);
         result = ReadChild(decoder, kind.type, kind.temporality, kind.longCount,
                            [this](NodeType type, SemanticTag tag) { return NewRoot(type, false, tag); });
         if (result >= 0) {
-            result = archive->EndReadObject();
+            result = decoder.EndReadObject();
         }
     }
-    return result < 0 ? result : FailureOrSuccess(archive->EndReadObject());
+    return result < 0 ? result : FailureOrSuccess(decoder.EndReadObject());
 }
 
 // kept-on-purpose: size-without-filter-on-root

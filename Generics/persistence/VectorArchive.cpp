@@ -1,11 +1,11 @@
 // How vectors are written, read and sized.
 
 #include <KivCOMShared/COrvSizeArchive.h>
-#include <KivCOMShared/COrvWriteArchive.h>
 #include <KivGenerics/Vector.h>
 
 #include "persistence/BytePacker.h"
 #include "persistence/ReadChild.h"
+#include "persistence/WriteNode.h"
 
 namespace KivGenerics {
 namespace {
@@ -33,10 +33,9 @@ std::int32_t ReadLeaves(Vector& vector, ArchiveDecoder& decoder, std::uint32_t c
 }
 
 std::int32_t ReadObjects(Vector& vector, ArchiveDecoder& decoder, std::uint32_t count) {
-    KivCOMShared::COrvReadArchive* const archive = decoder.GetArchive();
     for (std::uint32_t i = 0; i < count; ++i) {
         std::uint16_t objectTag = 0;
-        std::int32_t result = archive->ReadObjectTag(0, &objectTag);
+        std::int32_t result = decoder.ReadObjectTag(&objectTag);
         if (result != ResultSuccess) {
             return result < 0 ? result : ArchiveTypeMismatch;
         }
@@ -44,7 +43,7 @@ std::int32_t ReadObjects(Vector& vector, ArchiveDecoder& decoder, std::uint32_t 
         result = ReadChild(decoder, kind.type, kind.temporality, kind.longCount,
                            [&](NodeType type, SemanticTag tag) { return vector.Add(type, tag); });
         if (result >= 0) {
-            result = archive->EndReadObject();
+            result = decoder.EndReadObject();
         }
         if (result < 0) {
             return result;
@@ -57,23 +56,29 @@ std::int32_t ReadObjects(Vector& vector, ArchiveDecoder& decoder, std::uint32_t 
 
 // One type byte, the first element's, describes them all: Add keeps elements to one kind.
 // kept-on-purpose: vector-type-byte
-std::int32_t Vector::WriteToArchive(KivCOMShared::COrvWriteArchive* archive, bool withTransient) {
-    const int count = GetSize(GetLimit(withTransient));
+std::int32_t WriteVector(Vector& vector, ArchiveWriter out, bool withTransient) {
+    const int count = vector.GetSize(GetLimit(withTransient));
     const bool isLong = count >= kLongCount;
-    std::int32_t result = archive->BeginObject(GetObjectTag(*this, isLong ? kLongVector : NodeTypeVector));
+    std::int32_t result = out.BeginObject(GetObjectTag(vector, isLong ? kLongVector : NodeTypeVector));
     if (result < 0) {
         return result;
     }
-    BytePacker packer(archive);
+    BytePacker packer(out);
     packer.Put(static_cast<std::uint32_t>(count), isLong ? 4 : 2);
-    packer.Put(count > 0 ? GetTypeByte(*children_.front()) : 0, 1);
+    packer.Put(count > 0 ? GetTypeByte(*vector.GetNV(0)) : 0, 1);
     result = packer.Flush();
-    for (auto child = children_.begin(); result >= 0 && child != children_.end(); ++child) {
-        if (IsWritten(**child, withTransient)) {
-            result = (*child)->WriteToArchive(archive, withTransient);
+    const int size = vector.GetSize(TemporalityTemporary);
+    for (int i = 0; result >= 0 && i < size; ++i) {
+        Node& child = *vector.GetNV(i);
+        if (IsWritten(child, withTransient)) {
+            result = WriteNode(child, out, withTransient);
         }
     }
-    return result < 0 ? result : archive->EndObject();
+    return result < 0 ? result : out.EndObject();
+}
+
+std::int32_t Vector::WriteToArchive(KivCOMShared::COrvWriteArchive* archive, bool withTransient) {
+    return WriteVector(*this, archive, withTransient);
 }
 
 std::int32_t Vector::ReadFromArchive(ArchiveDecoder& decoder, bool longCount) {
