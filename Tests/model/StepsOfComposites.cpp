@@ -1,0 +1,205 @@
+#include <stdexcept>
+
+#include <KivGenerics/Map.h>
+#include <KivGenerics/Vector.h>
+
+#include "model/Steps.h"
+
+using namespace KivGenerics;
+
+namespace Model {
+namespace {
+
+Composite* CompositeOf(const Item& item) {
+    return static_cast<Composite*>(item.twin);
+}
+
+Vector* VectorOf(const Item& item) {
+    return static_cast<Vector*>(item.twin);
+}
+
+void RunNewNode(World& world, Choices& choices) {
+    Item* const composite = choices.AnyComposite();
+    if (composite == nullptr || !HasRoom(world, *composite, 1)) {
+        return;
+    }
+    const int index = choices.AnyIndex(*composite);
+    const NodeType type = choices.AnyType();
+    const bool keepOld = choices.Below(3) == 2;
+    const SemanticTag tag = choices.AnyTag();
+    world.Both([&] { return CompositeOf(*composite)->NewNode(index, type, keepOld, tag); },
+               [&] { return &NewNode(*composite, index, type, keepOld, tag); });
+}
+
+void RunAdd(World& world, Choices& choices) {
+    Item* const vector = choices.AnyVector();
+    if (vector == nullptr || !HasRoom(world, *vector, 1)) {
+        return;
+    }
+    NodeType type = choices.AnyType();
+    if (!vector->elements.empty() && choices.Below(8) != 7) {
+        type = vector->elements.front()->type;
+    }
+    const SemanticTag tag = choices.AnyTag();
+    world.Both([&] { return VectorOf(*vector)->Add(type, tag); }, [&] { return &Add(*vector, type, tag); });
+}
+
+void RunInsert(World& world, Choices& choices) {
+    Item* const vector = choices.AnyVector();
+    if (vector != nullptr && HasRoom(world, *vector, 1)) {
+        const int index = choices.AnyIndex(*vector);
+        const NodeType type = choices.AnyType();
+        const SemanticTag tag = choices.AnyTag();
+        world.Both([&] { return VectorOf(*vector)->Insert(index, type, tag); },
+                   [&] { return &Insert(*vector, index, type, tag); });
+    }
+}
+
+// A target with room for a copy of the source, which may be none.
+struct CopyChoice {
+    CopyChoice(World& world, Item* composite, Choices& choices) : target(composite) {
+        source = choices.OneIn(32) ? nullptr : choices.AnyItem();
+        if (target != nullptr && !HasRoom(world, *target, source != nullptr ? CountNodes(*source) : 0)) {
+            target = nullptr;
+        }
+    }
+    Item* target;
+    Item* source;
+};
+
+void RunReplaceWithCopy(World& world, Choices& choices) {
+    const CopyChoice copy(world, choices.AnyComposite(), choices);
+    if (copy.target != nullptr) {
+        const int index = choices.AnyIndex(*copy.target);
+        world.Both([&] { return CompositeOf(*copy.target)->ReplaceWithCopy(index, TwinOf(copy.source)); },
+                   [&] { return &ReplaceWithCopy(*copy.target, index, copy.source); });
+    }
+}
+
+void RunAddCopy(World& world, Choices& choices) {
+    const CopyChoice copy(world, choices.AnyVector(), choices);
+    if (copy.target != nullptr) {
+        world.Both([&] { return VectorOf(*copy.target)->AddCopy(TwinOf(copy.source)); },
+                   [&] { return &AddCopy(*copy.target, copy.source); });
+    }
+}
+
+void RunInsertCopy(World& world, Choices& choices) {
+    const CopyChoice copy(world, choices.AnyVector(), choices);
+    if (copy.target != nullptr) {
+        const int index = choices.AnyIndex(*copy.target);
+        world.Both([&] { return VectorOf(*copy.target)->InsertCopy(index, TwinOf(copy.source)); },
+                   [&] { return &InsertCopy(*copy.target, index, copy.source); });
+    }
+}
+
+void RunPopulateVector(World& world, Choices& choices) {
+    const CopyChoice copy(world, choices.AnyVector(), choices);
+    if (copy.target != nullptr && (copy.source == nullptr || copy.source->IsVector())) {
+        world.Both([&] { VectorOf(*copy.target)->Populate(static_cast<Vector*>(TwinOf(copy.source))); },
+                   [&] { PopulateVector(*copy.target, copy.source); });
+    }
+}
+
+// Whether the node is its tree's root: one that is moved elsewhere stands in two places.
+bool IsTheRoot(const Item* item) {
+    return item != nullptr && item->tree->root.get() == item;
+}
+
+void RunMove(World& world, Choices& choices) {
+    Item* const composite = choices.AnyComposite();
+    Item* const item = choices.OneIn(32) ? nullptr : choices.AnyItem();
+    if (composite != nullptr && (!IsTheRoot(item) || IsInside(*composite, *item))) {
+        const int index = choices.AnyIndex(*composite);
+        world.Both([&] { CompositeOf(*composite)->Move(index, TwinOf(item)); }, [&] { Move(*composite, index, item); });
+    }
+}
+
+// Only a free node of the same tree may be inserted; a node above is refused.
+void RunInsertNode(World& world, Choices& choices) {
+    Item* const vector = choices.AnyVector();
+    if (vector == nullptr) {
+        return;
+    }
+    auto& free = vector->tree->free;
+    Item* item = nullptr;
+    if (!free.empty() && !choices.OneIn(16)) {
+        item = free[choices.Below(static_cast<std::uint32_t>(free.size()))].get();
+    } else if (choices.Below(2) == 1) {
+        item = vector->parent;
+    }
+    const int index = choices.AnyIndex(*vector);
+    world.Both([&] { VectorOf(*vector)->InsertNode(index, TwinOf(item)); }, [&] { InsertNode(*vector, index, item); });
+}
+
+void RunRemoveAt(World& world, Choices& choices) {
+    if (Item* const composite = choices.AnyComposite()) {
+        const int index = choices.AnyIndex(*composite);
+        world.Both([&] { CompositeOf(*composite)->Remove(index); }, [&] { RemoveChild(*composite, index); });
+    }
+}
+
+void RunDetachAt(World& world, Choices& choices) {
+    if (Item* const composite = choices.AnyComposite()) {
+        const int index = choices.AnyIndex(*composite);
+        world.Both([&] { return CompositeOf(*composite)->Detach(index); },
+                   [&] {
+                       Owned taken = DetachChild(*composite, index);
+                       return composite->tree->free.emplace_back(std::move(taken)).get();
+                   });
+    }
+}
+
+void RunReserve(World&, Choices& choices) {
+    if (Item* const vector = choices.AnyVector()) {
+        const int room = static_cast<int>(choices.Below(40)) - 1;
+        bool refused = false;
+        try {
+            VectorOf(*vector)->Reserve(room);
+        } catch (const std::length_error&) {
+            refused = true;
+        }
+        Expect(refused == (room < 0), "whether room is refused");
+    }
+}
+
+void RunSetSemanticTag(World& world, Choices& choices) {
+    if (Item* const map = choices.AnyMap()) {
+        const SemanticTag tag = choices.AnyTag();
+        world.Both([&] { static_cast<Map*>(map->twin)->SetSemanticTag(tag); }, [&] { SetTag(*map, tag); });
+    }
+}
+
+void RunGets(World& world, Choices& choices) {
+    if (Item* const composite = choices.AnyComposite()) {
+        const int index = choices.AnyIndex(*composite);
+        const EnumOrvGenericsTemporality t = choices.AnyTemporality();
+        Composite& twin = *CompositeOf(*composite);
+        Expect(twin.Get(index) == TwinOf(Get(*composite, index)), "the child at an index");
+        Expect(twin.GetNext(index) == TwinOf(GetNext(*composite, index)), "the next child");
+        Expect(twin.GetNth(index) == TwinOf(GetNth(*composite, index)), "the n-th child");
+        Expect(twin.IsEmpty() == (CountChildren(*composite) == 0), "whether there are children");
+        world.Both([&] { return std::int64_t{twin.GetSize(t)}; }, [&] { return std::int64_t{GetSize(*composite, t)}; });
+    }
+}
+
+}  // namespace
+
+const std::vector<Operation> kCompositeOperations = {
+    {"NewNode", 32, RunNewNode},
+    {"Add", 16, RunAdd},
+    {"Insert", 8, RunInsert},
+    {"ReplaceWithCopy", 8, RunReplaceWithCopy},
+    {"AddCopy", 6, RunAddCopy},
+    {"InsertCopy", 6, RunInsertCopy},
+    {"Populate of a vector", 2, RunPopulateVector},
+    {"Move", 16, RunMove},
+    {"InsertNode", 10, RunInsertNode},
+    {"Remove at", 6, RunRemoveAt},
+    {"Detach at", 6, RunDetachAt},
+    {"Reserve", 3, RunReserve},
+    {"SetSemanticTag", 6, RunSetSemanticTag},
+    {"Get, GetNext, GetNth, GetSize", 12, RunGets},
+};
+
+}  // namespace Model
