@@ -139,27 +139,4 @@ Node* DetachFromMap(const MapChildren& children, int index) {
     return node;
 }
 
-void ReleaseMapChildren(const MapChildren& children) {
-    TreeImpl& tree = TreeOf(children);
-    children.ForEach([&](Node* child) {
-        tree.ReleaseNode(child);
-        return true;
-    });
-    std::fill_n(children.slots, children.slotCount, nullptr);
-    if (children.overflow != nullptr) {
-        children.overflow->clear();
-    }
-}
-
-EnumOrvGenericsTemporality CalculateMapTemporality(const MapChildren& children) {
-    EnumOrvGenericsTemporality least = TemporalityTemporary;  // kept-on-purpose: empty-composite-is-temporary
-    children.ForEach([&](Node* child) {
-        least = (std::min)(least, child->CalculateDerivedTemporality());
-        return true;
-    });
-    const EnumOrvGenericsTemporality own = children.map.GetTemporality();
-    NodeAccess::SetDerived(children.map, own == TemporalityDefault ? least : own);
-    return NodeAccess::GetStoredDerived(children.map);
-}
-
 }  // namespace KivGenerics

@@ -1,5 +1,6 @@
 #include "containers/MapImpl.h"
 
+#include "core/CopyChildren.h"
 #include "core/NodeAccess.h"
 
 namespace KivGenerics {
@@ -64,7 +65,7 @@ void MapImpl<N>::hPopulateChildren(Node* other, bool keepExisting) {
     if (!keepExisting) {
         Clear();
     }
-    CopyMapChildren(Access(), other);
+    CopyChildren(*this, static_cast<Map&>(*other));
 }
 
 template class MapImpl<1>;

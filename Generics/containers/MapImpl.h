@@ -2,8 +2,11 @@
 
 #include <cstdint>
 
+#include "core/CompareComposites.h"
+#include "core/DerivedTemporality.h"
 #include "core/MapChildren.h"
 #include "core/Raise.h"
+#include "core/ReleaseChildren.h"
 #include "core/Texts.h"
 #include "core/TreeImpl.h"
 
@@ -18,11 +21,11 @@ public:
     using Composite::Remove;
 
     int Compare(Node* other, EnumOrvGenericsTemporality t, bool recalc) override {
-        return CompareMaps(Access(), other, t, recalc);
+        return CompareComposites(*this, other, t, recalc);
     }
     void Clear() override {
         CheckReadOnly();
-        ReleaseMapChildren(Access());
+        ReleaseChildren(*this);
     }
     bool MergeWith(Node* other, bool flag) override;
     std::int32_t WriteToArchive(KivCOMShared::COrvWriteArchive* archive, bool withTransient, int slotFlags) override {
@@ -44,7 +47,7 @@ protected:
     }
 
 public:
-    EnumOrvGenericsTemporality CalculateDerivedTemporality() override { return CalculateMapTemporality(Access()); }
+    EnumOrvGenericsTemporality CalculateDerivedTemporality() override { return CalculateTemporality(*this); }
     int GetSize(EnumOrvGenericsTemporality t) override { return GetMapSize(Access(), t); }
     bool IsEmpty() const override;
     Node* Get(int index) const override { return GetNV(index); }

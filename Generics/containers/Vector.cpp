@@ -4,8 +4,11 @@
 #include <limits>
 #include <stdexcept>
 
+#include "core/CopyChildren.h"
+#include "core/DerivedTemporality.h"
 #include "core/NodeAccess.h"
 #include "core/Raise.h"
+#include "core/ReleaseChildren.h"
 #include "core/Texts.h"
 #include "core/TreeImpl.h"
 
@@ -117,7 +120,7 @@ Node* Vector::AddCopy(Node* source) {
     CheckAncestor(source);
     Node* const node = Add(source->GetType(), source->GetSemanticTag());
     if (node != nullptr) {
-        PopulateNested(node, source);
+        PopulateNew(*node, *source);
     }
     return node;
 }
@@ -126,7 +129,7 @@ Node* Vector::InsertCopy(int index, Node* source) {
     CheckAncestor(source);
     Node* const node = Insert(index, source->GetType(), source->GetSemanticTag());
     if (node != nullptr) {
-        PopulateNested(node, source);
+        PopulateNew(*node, *source);
     }
     return node;
 }
@@ -179,47 +182,13 @@ Node* Vector::hDetach(int index) {
     return node;
 }
 
-void Vector::hClearNodes() {
-    TreeImpl& tree = *NodeAccess::GetTree(*this);
-    for (Node* const child : children_) {
-        tree.ReleaseNode(child);
-    }
-    children_.clear();
-}
-
 void Vector::Clear() {
     CheckReadOnly();
-    hClearNodes();
+    ReleaseChildren(*this);
 }
 
 EnumOrvGenericsTemporality Vector::CalculateDerivedTemporality() {
-    const EnumOrvGenericsTemporality derived = CalculateWithoutPush();
-    Push(derived);
-    return derived;
-}
-
-// Vectors right inside vectors are pushed to by the outermost alone: what it pushes reaches them all, and pushing once per
-// level would make nested vectors cost the square of their depth.
-EnumOrvGenericsTemporality Vector::CalculateWithoutPush() {
-    EnumOrvGenericsTemporality least = TemporalityTemporary;
-    for (Node* const child : children_) {
-        least =
-            (std::min)(least, child->GetType() == NodeTypeVector ? static_cast<Vector*>(child)->CalculateWithoutPush()
-                                                                 : child->CalculateDerivedTemporality());
-    }
-    return GetTemporality() == TemporalityDefault ? least : GetTemporality();
-}
-
-// kept-on-purpose: vector-pushes-temporality
-void Vector::Push(EnumOrvGenericsTemporality t) {
-    NodeAccess::SetDerived(*this, t);
-    for (Node* const child : children_) {
-        if (child->GetType() == NodeTypeVector) {
-            static_cast<Vector*>(child)->Push(t);
-        } else {
-            NodeAccess::SetDerived(*child, t);
-        }
-    }
+    return CalculateTemporality(*this);
 }
 
 void Vector::SetDerivedTemporality(EnumOrvGenericsTemporality t) {

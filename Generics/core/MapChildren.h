@@ -55,13 +55,9 @@ Node* GetNthInMap(const MapChildren& children, int n);
 Node* NewNodeInMap(const MapChildren& children, int index, NodeType type, bool keepOld, SemanticTag tag);
 void InsertIntoMap(const MapChildren& children, int index, Node* node);
 Node* DetachFromMap(const MapChildren& children, int index);
-void ReleaseMapChildren(const MapChildren& children);
-EnumOrvGenericsTemporality CalculateMapTemporality(const MapChildren& children);
 
-// Defined with the walks, comparisons and copies.
+// Defined with the walks.
 VisitCode IterateMap(const MapChildren& children, Visitor* visitor, SemanticTag tag, int flags);
-int CompareMaps(const MapChildren& children, Node* other, EnumOrvGenericsTemporality t, bool recalc);
-void CopyMapChildren(const MapChildren& children, Node* other);
 
 // Defined with the archive encoding.
 std::int32_t WriteRootMap(const MapChildren& children, KivCOMShared::COrvWriteArchive* archive, bool withTransient,

@@ -4,6 +4,7 @@
 
 #include <KivGenerics/Map.h>
 #include <KivGenerics/Node.h>
+#include <KivGenerics/Vector.h>
 
 #include "core/TreeImpl.h"
 
@@ -14,6 +15,8 @@ struct NodeAccess {
     static TreeImpl* GetTree(const Node& node) noexcept { return static_cast<TreeImpl*>(node.tree_); }
     static Composite* GetParent(const Node& node) noexcept { return node.parent_; }
 
+    static void Reset(Node& node) { node.Reset(); }
+    static void SetTag(Map& map, SemanticTag tag) noexcept { map.tag_ = tag; }
     /// What a scalar leaf holds.
     template <class Leaf>
     static auto& GetValue(Leaf& leaf) noexcept {
@@ -24,11 +27,17 @@ struct NodeAccess {
     static Node* GetLink(const Node& node) noexcept { return reinterpret_cast<Node*>(node.parent_); }
     static void SetLink(Node& node, Node* next) noexcept { node.parent_ = reinterpret_cast<Composite*>(next); }
 
+    static std::int32_t& GetIndex(Node& node) noexcept { return node.index_; }
     static void Place(Node& node, Composite* parent, int index) noexcept {
         node.parent_ = parent;
         node.index_ = index;
     }
 
+    /// Sets the own temporality without the guard; the derived one is to be calculated.
+    static void SetTemporality(Node& node, EnumOrvGenericsTemporality t) noexcept {
+        node.temporality_ = static_cast<std::int8_t>(t);
+        node.derivedTemporality_ = TemporalityDefault;
+    }
     /// The derived temporality as it is stored.
     static EnumOrvGenericsTemporality GetStoredDerived(const Node& node) noexcept { return node.StoredDerived(); }
     /// The derived temporality, calculated first when it has not been; ancestors are not asked.
@@ -47,6 +56,9 @@ struct NodeAccess {
         return (GetSeeBits(t) & static_cast<std::uint32_t>(flags)) != 0;
     }
 
+    static std::vector<Node*, KivBase::Allocator<Node*>>& GetChildren(Vector& vector) noexcept {
+        return vector.children_;
+    }
     static Node** GetSlots(Map& map) noexcept { return const_cast<Node**>(map.GetSlots()); }
     static int GetSlotCount(const Map& map) noexcept { return map.slotCount_; }
 
@@ -55,7 +67,8 @@ struct NodeAccess {
     }
     template <int N>
     static int CheckMap(const Map& map);
-    static void CopyChildren(Map& target, Map& source);
+    /// Copies into `target` what a walk over `hidden` with these flags shows; false when there was no node to be had.
+    static bool CopyHidden(Composite& target, Composite& hidden, int flags);
     static bool MergeWithChecks(Node& node, Node* other, bool flag) { return node.MergeWithChecks(other, flag); }
 };
 

@@ -215,10 +215,7 @@ KivBase::ReturnPtrI<Tree> TreeImpl::CreateTreeInForest() {
 }
 
 void TreeImpl::ReleaseNode(Node* node) {
-    if (root_ == node) {
-        root_ = nullptr;
-    }
-    forest_->RecycleNode(node);
+    Recycle(node);
     node->Reset();
 }
 

@@ -59,6 +59,13 @@ public:
     T* Create(Composite* parent, int index);
     /// Hands a node that has left its place to the forest and resets it, with everything below it.
     void ReleaseNode(Node* node);
+    /// The first half of ReleaseNode: the node waits in the forest, but is not reset.
+    void Recycle(Node* node) noexcept {
+        if (root_ == node) {
+            root_ = nullptr;
+        }
+        forest_->RecycleNode(node);
+    }
     /// Takes a node out of its parent, if it has one, and returns it.
     static Node* DetachFromParent(Node* node);
 

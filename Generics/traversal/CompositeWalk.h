@@ -24,6 +24,10 @@ constexpr int GetChildFlags(int flags) noexcept {
     return child;
 }
 
+/// The flags that a whole walk below a node, begun without any, has for its children and everything below them.
+inline constexpr int kFlagsOfAllBelow =
+    IterateTypeBits | IteratePreOrder | IterateSelf | IterateChildren | IterateDeeper | kSeeBits;
+
 /// A composite's step of a walk. `show(postOrder)` shows the composite itself, `walkChildren(childFlags)` answers false
 /// when the walk stops.
 template <class Show, class WalkChildren>

@@ -1,9 +1,9 @@
-// How copying and merging go from a composite into its children.
+// Copying and merging of composites: the checks, then the children.
 
 #include <KivGenerics/Map.h>
 #include <KivGenerics/Vector.h>
 
-#include "core/MapChildren.h"
+#include "core/CopyChildren.h"
 #include "core/NodeAccess.h"
 #include "core/Raise.h"
 #include "core/Texts.h"
@@ -18,7 +18,7 @@ VisitCode Composite::CopyVisitor::VisitNode(Node* source, bool, NodeType type) {
     if (copy == nullptr) {
         return VisitStop;
     }
-    PopulateNested(copy, source);
+    PopulateNew(*copy, *source);
     return VisitSkipChildren;
 }
 
@@ -27,7 +27,7 @@ VisitCode Composite::MergeVisitor::VisitNode(Node* theirs, bool postOrder, NodeT
     if (mine == nullptr) {
         return CopyVisitor(target_).VisitNode(theirs, postOrder, type);
     }
-    const bool merged = MergeNested(mine, theirs, flag_);
+    const bool merged = mine->MergeWith(theirs, flag_);
     result_ = result_ && merged;
     return VisitSkipChildren;
 }
@@ -41,46 +41,9 @@ Node* Composite::ReplaceWithCopy(int index, Node* source) {
     return node;
 }
 
-// Populate of a copy inside a copy: whether the target lies inside the source was settled above, and asking again at each
-// level would walk to the root once per composite.
-void Composite::PopulateNested(Node* target, Node* source) {
-    if (target->GetType() == NodeTypeMap) {
-        target->Node::Populate(source);
-        static_cast<Map*>(target)->hPopulateChildren(source, false);
-    } else if (target->GetType() == NodeTypeVector) {
-        target->Node::Populate(source);
-        static_cast<Vector*>(target)->CopyChildren(static_cast<Vector*>(source), nullptr);
-    } else {
-        target->Populate(source);
-    }
-}
-
-bool Composite::MergeNested(Node* target, Node* other, bool flag) {
-    if (!IsCompositeType(target->GetType())) {
-        return target->MergeWith(other, flag);
-    }
-    const bool agreed = NodeAccess::MergeWithChecks(*target, other, flag);
-    if (target->GetSemanticTag() != other->GetSemanticTag()) {
-        return false;
-    }
-    const bool merged = static_cast<Composite*>(target)->MergeWithComposite(static_cast<Composite*>(other), flag);
-    return agreed && merged;
-}
-
-bool Composite::MergeWithComposite(Composite* other, bool flag) {
-    MergeVisitor visitor(this, flag);
-    other->Iterate(&visitor, SemanticTagNone, 0);
-    return visitor.GetResult();
-}
-
-void CopyMapChildren(const MapChildren& children, Node* other) {
-    NodeAccess::CopyChildren(children.map, static_cast<Map&>(*other));
-}
-
-void NodeAccess::CopyChildren(Map& target, Map& source) {
+bool NodeAccess::CopyHidden(Composite& target, Composite& hidden, int flags) {
     Composite::CopyVisitor visitor(&target);
-    source.Iterate(&visitor, SemanticTagNone, 0);
-    target.tag_ = source.tag_;
+    return IterateInner(hidden, &visitor, SemanticTagNone, flags) != VisitStop;
 }
 
 bool Vector::MergeWith(Node* other, bool flag) {
@@ -109,6 +72,10 @@ void Vector::Populate(Vector* source) {
 // `forbidden` is the child of the source that is this vector or contains it, if there is one.
 void Vector::CopyChildren(Vector* source, const Node* forbidden) {
     Clear();
+    if (forbidden == nullptr) {
+        KivGenerics::CopyChildren(*this, *source);
+        return;
+    }
     children_.reserve(source->children_.size());
     for (int i = 0; Node* const child = source->GetNV(i); ++i) {
         if (child == forbidden) {
@@ -118,7 +85,7 @@ void Vector::CopyChildren(Vector* source, const Node* forbidden) {
         if (copy == nullptr) {
             return;
         }
-        PopulateNested(copy, child);
+        PopulateNew(*copy, *child);
     }
 }
 

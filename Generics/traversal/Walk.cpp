@@ -5,6 +5,7 @@
 
 #include "core/MapChildren.h"
 #include "traversal/CompositeWalk.h"
+#include "traversal/WalkChild.h"
 
 namespace KivGenerics {
 namespace {
@@ -62,7 +63,7 @@ VisitCode Vector::IterateInner(Visitor* visitor, SemanticTag tag, int flags) {
         self, flags, [&](bool postOrder) { return visitor->VisitVector(this, postOrder); },
         [&](int childFlags) {
             for (std::size_t i = 0; i < children_.size();) {
-                const VisitCode code = NodeAccess::IterateInner(*children_[i], visitor, tag, childFlags);
+                const VisitCode code = WalkChild(*children_[i], visitor, tag, childFlags);
                 if (code == VisitStop) {
                     return false;
                 }
@@ -88,7 +89,7 @@ bool WalkMapChildren(const MapChildren& children, Visitor* visitor, SemanticTag 
         if (children.slots[i] == nullptr) {
             continue;
         }
-        const VisitCode code = NodeAccess::IterateInner(*children.slots[i], visitor, tag, flags);
+        const VisitCode code = WalkChild(*children.slots[i], visitor, tag, flags);
         if (code == VisitStop) {
             return false;
         }
@@ -101,7 +102,7 @@ bool WalkMapChildren(const MapChildren& children, Visitor* visitor, SemanticTag 
     }
     for (auto entry = children.overflow->begin(); entry != children.overflow->end();) {
         Node* const child = entry->second;
-        const VisitCode code = NodeAccess::IterateInner(*child, visitor, tag, flags);
+        const VisitCode code = WalkChild(*child, visitor, tag, flags);
         if (code == VisitStop) {
             return false;
         }

@@ -26,6 +26,11 @@ public:
         }
     }
 
+    /// Counts `more` changes of a tree that the guard has just let pass.
+    void CountMore(std::uint32_t more) noexcept {
+        changeCount_ = static_cast<std::int32_t>(static_cast<std::uint32_t>(changeCount_) + more);
+    }
+
 protected:
     ChangeGuard() = default;
     ~ChangeGuard() = default;

@@ -64,11 +64,10 @@ private:
     friend class MapImpl;
     class CopyVisitor;
     class MergeVisitor;
+    class Merger;
 
     const Node* FindStepBelow(const Composite* ancestor) const noexcept;
     void CheckNotInside(const Composite* source) const;
-    static void PopulateNested(Node* target, Node* source);
-    static bool MergeNested(Node* target, Node* other, bool flag);
 };
 
 }  // namespace KivGenerics

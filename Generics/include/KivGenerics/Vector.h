@@ -97,11 +97,8 @@ private:
     void MakeRoom();
     void Append(Node* node) noexcept;
     void hInsertNode(int index, Node* node);
-    void hClearNodes();
     void Renumber(std::size_t from) noexcept;
     void CopyChildren(Vector* source, const Node* forbidden);
-    EnumOrvGenericsTemporality CalculateWithoutPush();
-    void Push(EnumOrvGenericsTemporality t);
 
     // Invariants, tested by CheckInvariants:
     //   1. no element is null;

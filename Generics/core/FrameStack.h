@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <new>
+#include <type_traits>
 #include <vector>
 
 namespace KivGenerics {
@@ -13,10 +15,10 @@ template <class Frame>
 class FrameStack {
 public:
     bool IsEmpty() const noexcept { return size_ == 0; }
-    Frame& Top() noexcept { return size_ <= kInline ? first_[size_ - 1] : deeper_.back(); }
+    Frame& Top() noexcept { return size_ <= kInline ? *std::launder(GetFirst() + size_ - 1) : deeper_.back(); }
     void Push(const Frame& frame) {
         if (size_ < kInline) {
-            first_[size_] = frame;
+            ::new (static_cast<void*>(GetFirst() + size_)) Frame(frame);
         } else {
             deeper_.push_back(frame);
         }
@@ -30,9 +32,12 @@ public:
     }
 
 private:
+    static_assert(std::is_trivially_destructible_v<Frame>, "frames are forgotten");
     static constexpr std::size_t kInline = 16;
 
-    Frame first_[kInline];
+    Frame* GetFirst() noexcept { return reinterpret_cast<Frame*>(first_); }
+
+    alignas(Frame) unsigned char first_[kInline * sizeof(Frame)];
     std::vector<Frame> deeper_;
     std::size_t size_ = 0;
 };

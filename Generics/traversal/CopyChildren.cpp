@@ -1,0 +1,213 @@
+#include "core/CopyChildren.h"
+
+#include <KivGenerics/Boolean.h>
+#include <KivGenerics/Double.h>
+#include <KivGenerics/GlobalID.h>
+#include <KivGenerics/Integer.h>
+#include <KivGenerics/Integer64.h>
+
+#include "core/ChildCursor.h"
+#include "core/FrameStack.h"
+#include "core/Raise.h"
+#include "core/Texts.h"
+#include "traversal/CompositeWalk.h"
+
+namespace KivGenerics {
+namespace {
+
+/// A composite that is being copied.
+struct Copied {
+    Composite* target = nullptr;
+    Composite* source = nullptr;
+    ChildCursor children;
+};
+
+/// The changes that NewNode and Populate of a leaf count beyond the first.
+constexpr std::uint32_t kChangesInMap = 2;
+constexpr std::uint32_t kChangesInVector = 1;
+
+/// The walk of a copy shows every node but those whose temporality is outside the scale.
+bool IsCopied(const Node& child) noexcept {
+    return NodeAccess::GetSeeBits(child.GetTemporality()) != 0;
+}
+
+template <class T>
+void FillLeaf(T& copy, T& source) noexcept {
+    NodeAccess::SetTemporality(copy, source.GetTemporality());
+    NodeAccess::GetValue(copy) = NodeAccess::GetValue(source);
+}
+
+template <class T>
+Node* CopyIntoSlot(TreeImpl& tree, Map& target, Node*& slot, Node& source) {
+    T* const copy = tree.Create<T>(&target, source.GetIndex());
+    if (copy != nullptr) {
+        slot = copy;
+        tree.CountMore(kChangesInMap);
+        FillLeaf(*copy, static_cast<T&>(source));
+    }
+    return copy;
+}
+
+/// Copies a child of any kind that is no composite; null where there is no node to be had.
+Node* CopyLeafIntoMap(Map& target, Node& source) {
+    TreeImpl& tree = *NodeAccess::GetTree(target);
+    const MapChildren children(target);
+    const int index = source.GetIndex();
+    if (children.IsSlot(index) && children.slots[index] == nullptr) {
+        Node*& slot = children.slots[index];
+        switch (source.GetType()) {
+            case NodeTypeInteger: return CopyIntoSlot<Integer>(tree, target, slot, source);
+            case NodeTypeGlobalID: return CopyIntoSlot<GlobalID>(tree, target, slot, source);
+            case NodeTypeDouble: return CopyIntoSlot<Double>(tree, target, slot, source);
+            case NodeTypeBoolean: return CopyIntoSlot<Boolean>(tree, target, slot, source);
+            case NodeTypeInteger64: return CopyIntoSlot<Integer64>(tree, target, slot, source);
+            case NodeTypeString:
+            case NodeTypeVector:
+            case NodeTypeMap:
+            case NodeTypeIntegerSet:
+            case NodeTypeIdSet:
+            case NodeTypeStringSet:
+            case NodeTypeDoubleSet: break;
+        }
+    }
+    Node* const copy = target.NewNode(index, source.GetType(), false, source.GetSemanticTag());
+    if (copy != nullptr) {
+        copy->Populate(&source);
+    }
+    return copy;
+}
+
+/// Copies elements of one kind as long as they come; answers false where there is no node to be had.
+template <class T>
+bool CopyElements(TreeImpl& tree, Vector& target, Copied& copied, Node*& child) {
+    auto& elements = NodeAccess::GetChildren(target);
+    for (; child != nullptr && child->GetType() == T::StaticType; child = copied.children.Next()) {
+        T* const copy = tree.Create<T>(&target, static_cast<int>(elements.size()));
+        if (copy == nullptr) {
+            return false;
+        }
+        elements.push_back(copy);
+        tree.CountMore(kChangesInVector);
+        FillLeaf(*copy, static_cast<T&>(*child));
+    }
+    return true;
+}
+
+bool CopyElement(Vector& target, Node& source) {
+    Node* const copy = target.Add(source.GetType(), source.GetSemanticTag());
+    if (copy != nullptr) {
+        copy->Populate(&source);
+    }
+    return copy != nullptr;
+}
+
+/// Copies the leaves that come next; answers the composite behind them, or null at the end. Elements of one vector are of
+/// one kind, or Add refuses them.
+Node* CopyLeavesIntoVector(Vector& target, Copied& copied) {
+    TreeImpl& tree = *NodeAccess::GetTree(target);
+    Node* child = copied.children.Next();
+    bool goesOn = true;
+    while (goesOn && child != nullptr && !IsCompositeType(child->GetType())) {
+        const auto& elements = NodeAccess::GetChildren(target);
+        if (!elements.empty() && elements.front()->GetType() != child->GetType()) {
+            Raise(Texts::DifferentChildren);
+        }
+        switch (child->GetType()) {
+            case NodeTypeInteger: goesOn = CopyElements<Integer>(tree, target, copied, child); break;
+            case NodeTypeGlobalID: goesOn = CopyElements<GlobalID>(tree, target, copied, child); break;
+            case NodeTypeDouble: goesOn = CopyElements<Double>(tree, target, copied, child); break;
+            case NodeTypeBoolean: goesOn = CopyElements<Boolean>(tree, target, copied, child); break;
+            case NodeTypeInteger64: goesOn = CopyElements<Integer64>(tree, target, copied, child); break;
+            case NodeTypeString:
+            case NodeTypeVector:
+            case NodeTypeMap:
+            case NodeTypeIntegerSet:
+            case NodeTypeIdSet:
+            case NodeTypeStringSet:
+            case NodeTypeDoubleSet:
+                goesOn = CopyElement(target, *child);
+                child = goesOn ? copied.children.Next() : child;
+                break;
+        }
+    }
+    return goesOn ? child : nullptr;
+}
+
+/// The same for a map. What is hidden is left out, but not what stands below it.
+Node* CopyLeavesIntoMap(Map& target, Copied& copied) {
+    while (Node* const child = copied.children.Next()) {
+        const bool isComposite = IsCompositeType(child->GetType());
+        if (!IsCopied(*child)) {
+            // kept-on-purpose: copy-lifts-hidden-children
+            if (isComposite && !NodeAccess::CopyHidden(target, static_cast<Composite&>(*child), kFlagsOfAllBelow)) {
+                return nullptr;
+            }
+        } else if (isComposite) {
+            return child;
+        } else if (CopyLeafIntoMap(target, *child) == nullptr) {
+            return nullptr;
+        }
+    }
+    return nullptr;
+}
+
+Copied Begin(Composite& target, Composite& source) {
+    if (target.GetType() == NodeTypeVector) {
+        auto& elements = NodeAccess::GetChildren(static_cast<Vector&>(target));
+        elements.reserve(NodeAccess::GetChildren(static_cast<Vector&>(source)).size());
+    }
+    return {&target, &source, ChildCursor(source)};
+}
+
+Node* CopyLeaves(Copied& copied) {
+    return copied.target->GetType() == NodeTypeVector
+               ? CopyLeavesIntoVector(static_cast<Vector&>(*copied.target), copied)
+               : CopyLeavesIntoMap(static_cast<Map&>(*copied.target), copied);
+}
+
+Composite* CopyComposite(Composite& target, Node& source) {
+    const SemanticTag tag = source.GetSemanticTag();
+    return static_cast<Composite*>(target.GetType() == NodeTypeVector
+                                       ? static_cast<Vector&>(target).Add(source.GetType(), tag)
+                                       : target.NewNode(source.GetIndex(), source.GetType(), false, tag));
+}
+
+/// What Populate of a new composite does before the children come: two changes, its own and that of its Clear.
+void TakeOver(Composite& target, const Node& source) {
+    TreeImpl& tree = *NodeAccess::GetTree(target);
+    tree.CheckReadOnly();
+    tree.CountMore(1);
+    NodeAccess::SetTemporality(target, source.GetTemporality());
+}
+
+}  // namespace
+
+void CopyChildren(Composite& target, Composite& source) {
+    FrameStack<Copied> path;
+    path.Push(Begin(target, source));
+    while (!path.IsEmpty()) {
+        Copied& copied = path.Top();
+        Node* const below = CopyLeaves(copied);
+        Composite* const copy = below != nullptr ? CopyComposite(*copied.target, *below) : nullptr;
+        if (copy != nullptr) {
+            TakeOver(*copy, *below);
+            path.Push(Begin(*copy, static_cast<Composite&>(*below)));
+            continue;
+        }
+        if (copied.target->GetType() == NodeTypeMap) {
+            NodeAccess::SetTag(static_cast<Map&>(*copied.target), copied.source->GetSemanticTag());
+        }
+        path.Pop();
+    }
+}
+
+void PopulateNew(Node& target, Node& source) {
+    if (!IsCompositeType(target.GetType())) {
+        target.Populate(&source);
+        return;
+    }
+    TakeOver(static_cast<Composite&>(target), source);
+    CopyChildren(static_cast<Composite&>(target), static_cast<Composite&>(source));
+}
+
+}  // namespace KivGenerics
