@@ -38,6 +38,12 @@ struct MapChildren {
                 return false;
             }
         }
+        return ForEachInOverflow(use);
+    }
+
+    /// The same for the children beyond the fixed slots.
+    template <class Use>
+    bool ForEachInOverflow(Use use) const {
         if (overflow != nullptr) {
             for (const auto& entry : *overflow) {
                 if (!use(entry.second)) {

@@ -23,6 +23,26 @@ struct NodeAccess {
         return leaf.value_;
     }
 
+    /// A vector's children.
+    template <class List>
+    static auto& GetChildren(List& vector) noexcept {
+        return vector.children_;
+    }
+
+    /// A new child of a kind known when compiling, behind the others of a vector: of their kind, or they are none. Null where
+    /// a host's buffer answers null.
+    template <class T, class List>
+    static T* Append(List& vector) {
+        if (vector.children_.size() == vector.children_.capacity()) {
+            vector.MakeRoom();
+        }
+        T* const node = GetTree(vector)->template Create<T>(&vector, static_cast<int>(vector.children_.size()));
+        if (node != nullptr) {
+            vector.children_.push_back(node);
+        }
+        return node;
+    }
+
     /// While a released node waits in its forest, its parent field links it to the next one.
     static Node* GetLink(const Node& node) noexcept { return reinterpret_cast<Node*>(node.parent_); }
     static void SetLink(Node& node, Node* next) noexcept { node.parent_ = reinterpret_cast<Composite*>(next); }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include <KivGenerics/NodeType.h>
 #include <KivGenerics/SemanticTag.h>
@@ -36,6 +38,12 @@ struct LeafKind {
     NodeType type;
     EnumOrvGenericsTemporality temporality;
     int extraWords;  ///< 32-bit words to skip where the type is unknown
+};
+
+/// One child of a map as its header names it.
+struct SlotKey {
+    std::int32_t index;
+    std::uint32_t typeCode;  ///< type byte, or type byte and extra words; 0 for an object
 };
 
 /// Takes numbers back out of the 32-bit words that BytePacker wrote, and carries the state of one load.
@@ -105,6 +113,23 @@ public:
         ArchiveDecoder& decoder_;
     };
 
+    /// The keys of one map being read, as long as it lives; those of a map inside it stand behind them. All keys of a load
+    /// share one array, so that maps do not need one each.
+    class Keys {
+    public:
+        explicit Keys(ArchiveDecoder& decoder) noexcept : keys_(decoder.keys_), first_(keys_.size()) {}
+        ~Keys() { keys_.erase(keys_.begin() + static_cast<std::ptrdiff_t>(first_), keys_.end()); }
+        Keys(const Keys&) = delete;
+        Keys& operator=(const Keys&) = delete;
+        /// Throws std::bad_alloc.
+        void Add(const SlotKey& key) { keys_.push_back(key); }
+        SlotKey Get(std::size_t i) const noexcept { return keys_[first_ + i]; }
+
+    private:
+        std::vector<SlotKey>& keys_;
+        const std::size_t first_;
+    };
+
 private:
     /// Reads a word unless so many bytes wait already. False, with the state as it was, where that fails.
     bool NeedBytes(int count) {
@@ -121,11 +146,12 @@ private:
     }
 
     std::int32_t status_ = 0;
-    std::int32_t left_ = 0;    // bytes not yet taken, 0 to 7
+    std::int32_t left_ = 0;  // bytes not yet taken, 0 to 7
     std::uint64_t bytes_ = 0;  // the last of them lowest; above them stands what was taken before
     KivCOMShared::COrvReadArchive* archive_;
     COrvReadBlockArchive* own_ = nullptr;  // the same, where it is the library's
     int depth_ = 0;
+    std::vector<SlotKey> keys_;
 };
 
 }  // namespace KivGenerics

@@ -1,7 +1,5 @@
 // How maps are written, read and sized.
 
-#include <vector>
-
 #include <KivCOMShared/COrvSizeArchive.h>
 
 #include "core/MapChildren.h"
@@ -35,6 +33,18 @@ void PackCount(BytePacker& packer, std::uint32_t count) {
     }
 }
 
+/// A key of `width` bytes and, of a leaf, its type byte.
+void PackKey(BytePacker& packer, std::uint32_t key, int width, std::uint32_t typeByte) {
+    if (typeByte == 0) {
+        packer.Put(key, width);
+    } else if (width < 4) {
+        packer.Put(key << 8 | typeByte, width + 1);
+    } else {
+        packer.Put(key, width);
+        packer.Put(typeByte, 1);
+    }
+}
+
 // A child's index and, of a leaf, its type byte:
 //     T0ii iiii                                     0 to 63
 //     T10i iiii  iiii iiii                          64 to 8191
@@ -45,18 +55,13 @@ void PackSlotKey(BytePacker& packer, const Node& child) {
     const auto index = static_cast<std::uint32_t>(child.GetIndex());
     const std::uint32_t typeByte = GetTypeByte(child);
     const std::uint32_t hasType = typeByte != 0 ? 1 : 0;
-    if (index < 64 && hasType != 0) {
-        packer.Put((0x80 | index) << 8 | typeByte, 2);
-        return;
-    }
     if (index < 64) {
-        packer.Put(index, 1);
+        PackKey(packer, hasType << 7 | index, 1, typeByte);
     } else if (index < 8192) {
-        packer.Put(hasType << 15 | 0x4000 | index, 2);
+        PackKey(packer, hasType << 15 | 0x4000 | index, 2, typeByte);
     } else if (index <= 0x1FFFFFFF) {
-        packer.Put(hasType << 31 | 0x60000000 | index, 4);
-    }
-    if (hasType != 0) {
+        PackKey(packer, hasType << 31 | 0x60000000 | index, 4, typeByte);
+    } else if (hasType != 0) {
         packer.Put(typeByte, 1);
     }
 }
@@ -66,28 +71,46 @@ class WrittenChildren {
 public:
     WrittenChildren(const MapChildren& children, EnumOrvGenericsTemporality limit)
         : children_(children), limit_(limit) {
-        children.ForEach([this](Node* child) {
-            if (NodeAccess::GetDerived(*child) <= limit_) {
-                ++(IsCompositeType(child->GetType()) ? composites_ : leaves_);
+        for (int slot = 0; slot < children.slotCount; ++slot) {
+            Node* const child = children.slots[slot];
+            if (child != nullptr && NodeAccess::GetDerived(*child) <= limit) {
+                const bool isComposite = IsCompositeType(child->GetType());
+                slots_[isComposite ? --composites_ : leaves_++] = child;
+            }
+        }
+        children.ForEachInOverflow([&](Node* child) {
+            if (NodeAccess::GetDerived(*child) <= limit) {
+                ++(IsCompositeType(child->GetType()) ? compositesBeyond_ : leavesBeyond_);
             }
             return true;
         });
     }
 
-    int GetCount() const noexcept { return leaves_ + composites_; }
+    int GetCount() const noexcept { return leaves_ + leavesBeyond_ + kMaxSlots - composites_ + compositesBeyond_; }
 
     /// Calls `use(child)` for each. Returns 0 or the first failure.
     template <class Use>
     std::int32_t ForEach(Use use) const {
-        const std::int32_t result = leaves_ > 0 ? ForEachOf(false, use) : ResultSuccess;
-        return result >= 0 && composites_ > 0 ? ForEachOf(true, use) : result;
+        std::int32_t result = ResultSuccess;
+        for (int i = 0; result >= 0 && i < leaves_; ++i) {
+            result = use(*slots_[i]);
+        }
+        if (result >= 0 && leavesBeyond_ > 0) {
+            result = ForEachBeyond(false, use);
+        }
+        for (int i = kMaxSlots; result >= 0 && i-- > composites_;) {
+            result = use(*slots_[i]);
+        }
+        return result >= 0 && compositesBeyond_ > 0 ? ForEachBeyond(true, use) : result;
     }
 
 private:
+    static constexpr int kMaxSlots = 16;
+
     template <class Use>
-    std::int32_t ForEachOf(bool composites, Use use) const {
+    std::int32_t ForEachBeyond(bool composites, Use use) const {
         std::int32_t result = ResultSuccess;
-        children_.ForEach([&](Node* child) {
+        children_.ForEachInOverflow([&](Node* child) {
             if (IsCompositeType(child->GetType()) == composites && NodeAccess::GetDerived(*child) <= limit_) {
                 result = use(*child);
             }
@@ -98,8 +121,11 @@ private:
 
     const MapChildren& children_;
     const EnumOrvGenericsTemporality limit_;
-    int leaves_ = 0;
-    int composites_ = 0;
+    Node* slots_[kMaxSlots];      // from the front the leaves in the fixed slots, from the back the composites
+    int leaves_ = 0;              // the end of the leaves in it
+    int composites_ = kMaxSlots;  // the last of the composites in it
+    int leavesBeyond_ = 0;        // in the overflow store
+    int compositesBeyond_ = 0;
 };
 
 /// Opens a map's object and packs its semantic tag and child count.
@@ -140,11 +166,6 @@ bool IsSlotWanted(int slot, bool withTransient, int slotFlags) noexcept {
     return !withTransient || slot > 2 || (slotFlags & kGates[slot]) != 0;
 }
 
-struct SlotKey {
-    std::int32_t index;
-    std::uint32_t typeCode;  // type byte, or type byte and extra words; 0 for an object
-};
-
 std::int32_t ReadCount(ArchiveDecoder& decoder, bool longCount, std::uint32_t& count) {
     if (longCount) {
         count = decoder.GetBytes(4);
@@ -155,6 +176,12 @@ std::int32_t ReadCount(ArchiveDecoder& decoder, bool longCount, std::uint32_t& c
         }
     }
     return decoder.GetStatus();
+}
+
+std::uint32_t ReadTypeCode(ArchiveDecoder& decoder) {
+    const std::uint32_t type = decoder.GetBytes(1);
+    const bool hasExtra = (type & kTypeMask) >= kFirstTypeWithExtraWords;
+    return hasExtra ? type << 8 | decoder.GetBytes(1) : type;
 }
 
 std::int32_t ReadSlotKey(ArchiveDecoder& decoder, SlotKey& key) {
@@ -170,15 +197,45 @@ std::int32_t ReadSlotKey(ArchiveDecoder& decoder, SlotKey& key) {
     } else {
         index = decoder.GetBytes(2) & 0x1FFF;
     }
-    key = {static_cast<std::int32_t>(index), 0};
-    if (decoder.HasFailed() || (first & 0x80) == 0) {
-        return decoder.GetStatus();
-    }
-    const std::uint32_t type = decoder.PeekByte();
-    if (!decoder.HasFailed()) {
-        key.typeCode = decoder.GetBytes((type & kTypeMask) < kFirstTypeWithExtraWords ? 1 : 2);
-    }
+    const bool hasType = (first & 0x80) != 0 && !decoder.HasFailed();
+    key = {static_cast<std::int32_t>(index), hasType ? ReadTypeCode(decoder) : 0};
     return decoder.GetStatus();
+}
+
+std::int32_t ReadNewChild(Map& map, ArchiveDecoder& decoder, int index, NodeType type,
+                          EnumOrvGenericsTemporality temporality, bool longCount) {
+    return ReadChild(decoder, type, temporality, longCount,
+                     [&](NodeType kind, SemanticTag tag) { return map.NewNode(index, kind, false, tag); });
+}
+
+/// As NewNode would make it in a slot that is free, of a kind known when compiling.
+template <class Leaf>
+Leaf* NewLeafInSlot(const MapChildren& children, int index) {
+    Leaf* const leaf = NodeAccess::GetTree(children.map)->Create<Leaf>(&children.map, index);
+    if (leaf != nullptr) {
+        children.slots[index] = leaf;
+        leaf->SetTemporality(TemporalityPersistent);
+    }
+    return leaf;
+}
+
+std::int32_t ReadLeafIntoSlot(const MapChildren& children, ArchiveDecoder& decoder, int index, const LeafKind& kind) {
+    const auto read = [&](auto* leaf) { return ReadLeaf(leaf, kind.temporality, decoder); };
+    switch (kind.type) {
+        case NodeTypeInteger: return read(NewLeafInSlot<Integer>(children, index));
+        case NodeTypeGlobalID: return read(NewLeafInSlot<GlobalID>(children, index));
+        case NodeTypeString: return read(NewLeafInSlot<String>(children, index));
+        case NodeTypeDouble: return read(NewLeafInSlot<Double>(children, index));
+        case NodeTypeBoolean: return read(NewLeafInSlot<Boolean>(children, index));
+        case NodeTypeInteger64: return read(NewLeafInSlot<Integer64>(children, index));
+        case NodeTypeVector:
+        case NodeTypeMap:
+        case NodeTypeIntegerSet:
+        case NodeTypeIdSet:
+        case NodeTypeStringSet:
+        case NodeTypeDoubleSet: break;
+    }
+    return ReadNewChild(children.map, decoder, index, kind.type, kind.temporality, false);
 }
 
 std::int32_t ReadLeafChild(Map& map, ArchiveDecoder& decoder, const SlotKey& key) {
@@ -188,8 +245,10 @@ std::int32_t ReadLeafChild(Map& map, ArchiveDecoder& decoder, const SlotKey& key
     if (!IsKnownType(kind.type)) {
         return SkipWords(decoder, kind.extraWords);
     }
-    return ReadChild(decoder, kind.type, kind.temporality, false,
-                     [&](NodeType type, SemanticTag tag) { return map.NewNode(key.index, type, false, tag); });
+    const MapChildren children(map);
+    return children.IsSlot(key.index) && children.slots[key.index] == nullptr
+               ? ReadLeafIntoSlot(children, decoder, key.index, kind)
+               : ReadNewChild(map, decoder, key.index, kind.type, kind.temporality, false);
 }
 
 std::int32_t ReadObjectChild(Map& map, ArchiveDecoder& decoder, const SlotKey& key) {
@@ -200,8 +259,7 @@ std::int32_t ReadObjectChild(Map& map, ArchiveDecoder& decoder, const SlotKey& k
     }
     const ObjectKind kind = DecodeObjectTag(objectTag);
     if (IsKnownType(kind.type)) {
-        result = ReadChild(decoder, kind.type, kind.temporality, kind.longCount,
-                           [&](NodeType type, SemanticTag tag) { return map.NewNode(key.index, type, false, tag); });
+        result = ReadNewChild(map, decoder, key.index, kind.type, kind.temporality, kind.longCount);
     }
     return result < 0 ? result : decoder.EndReadObject();
 }
@@ -254,17 +312,18 @@ std::int32_t ReadMap(Map& map, ArchiveDecoder& decoder, bool longCount) {
     }
     std::uint32_t count = 0;
     std::int32_t result = ReadCount(decoder, longCount, count);
-    std::vector<SlotKey> keys;
+    ArchiveDecoder::Keys keys(decoder);
     for (std::uint32_t i = 0; result >= 0 && i < count; ++i) {
         SlotKey key{};
         result = ReadSlotKey(decoder, key);
         if (result >= 0) {
-            keys.push_back(key);
+            keys.Add(key);
         }
     }
     decoder.Realign();
-    for (auto key = keys.begin(); result >= 0 && key != keys.end(); ++key) {
-        result = key->typeCode != 0 ? ReadLeafChild(map, decoder, *key) : ReadObjectChild(map, decoder, *key);
+    for (std::uint32_t i = 0; result >= 0 && i < count; ++i) {
+        const SlotKey key = keys.Get(i);
+        result = key.typeCode != 0 ? ReadLeafChild(map, decoder, key) : ReadObjectChild(map, decoder, key);
     }
     return result < 0 ? result : ResultSuccess;
 }

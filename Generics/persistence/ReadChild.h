@@ -55,6 +55,16 @@ inline std::int32_t ReadNode(Node& node, ArchiveDecoder& decoder, bool longCount
     return node.ReadFromArchive(decoder, longCount);
 }
 
+/// Reads a new leaf of a kind known when compiling; null where there was no memory for it.
+template <class Leaf>
+std::int32_t ReadLeaf(Leaf* leaf, EnumOrvGenericsTemporality temporality, ArchiveDecoder& decoder) {
+    if (leaf == nullptr) {
+        return ResultOutOfMemory;
+    }
+    leaf->SetTemporality(temporality);
+    return ReadValue(*leaf, decoder);
+}
+
 /// Reads the semantic tag of a map, makes the child with `make(type, tag)`, gives it its temporality and reads it.
 template <class Make>
 std::int32_t ReadChild(ArchiveDecoder& decoder, NodeType type, EnumOrvGenericsTemporality temporality, bool longCount,

@@ -16,20 +16,98 @@ bool IsWritten(Node& element, bool withTransient) {
     return withTransient || NodeAccess::GetDerived(element) <= TemporalityPersistent;
 }
 
-std::int32_t ReadLeaves(Vector& vector, ArchiveDecoder& decoder, std::uint32_t count, const LeafKind& kind) {
-    if (!IsKnownType(kind.type) && kind.extraWords == 0) {
-        return ResultSuccess;
-    }
-    for (std::uint32_t i = 0; i < count; ++i) {
-        const std::int32_t result =
-            IsKnownType(kind.type) ? ReadChild(decoder, kind.type, kind.temporality, false,
-                                               [&](NodeType type, SemanticTag tag) { return vector.Add(type, tag); })
-                                   : SkipWords(decoder, kind.extraWords);
+/// Writes each element with `write(element)`. Returns 0 or the first failure.
+template <class Elements, class Write>
+std::int32_t WriteEach(const Elements& elements, bool withTransient, Write write) {
+    for (Node* const element : elements) {
+        const std::int32_t result = IsWritten(*element, withTransient) ? write(*element) : ResultSuccess;
         if (result < 0) {
             return result;
         }
     }
     return ResultSuccess;
+}
+
+/// Writes elements of which the first is a leaf of this class: as a rule all are.
+template <class Leaf, class Elements>
+std::int32_t WriteLeaves(const Elements& elements, ArchiveWriter out, bool withTransient) {
+    return WriteEach(elements, withTransient, [=](Node& element) {
+        return element.GetType() == Leaf::StaticType ? WriteValue(static_cast<const Leaf&>(element), out)
+                                                     : WriteNode(element, out, withTransient);
+    });
+}
+
+template <class Elements>
+std::int32_t WriteElements(const Elements& elements, ArchiveWriter out, bool withTransient) {
+    switch (elements.empty() ? NodeTypeVector : elements.front()->GetType()) {
+        case NodeTypeInteger: return WriteLeaves<Integer>(elements, out, withTransient);
+        case NodeTypeGlobalID: return WriteLeaves<GlobalID>(elements, out, withTransient);
+        case NodeTypeString: return WriteLeaves<String>(elements, out, withTransient);
+        case NodeTypeDouble: return WriteLeaves<Double>(elements, out, withTransient);
+        case NodeTypeBoolean: return WriteLeaves<Boolean>(elements, out, withTransient);
+        case NodeTypeInteger64: return WriteLeaves<Integer64>(elements, out, withTransient);
+        case NodeTypeVector:
+        case NodeTypeMap:
+        case NodeTypeIntegerSet:
+        case NodeTypeIdSet:
+        case NodeTypeStringSet:
+        case NodeTypeDoubleSet: break;
+    }
+    return WriteEach(elements, withTransient, [=](Node& element) { return WriteNode(element, out, withTransient); });
+}
+
+/// Reads leaves of one class into a vector that holds nothing else. They are appended as they come: the count only counts.
+template <class Leaf>
+std::int32_t ReadLeaves(Vector& vector, ArchiveDecoder& decoder, std::uint32_t count,
+                        EnumOrvGenericsTemporality temporality) {
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const std::int32_t result = ReadLeaf(NodeAccess::Append<Leaf>(vector), temporality, decoder);
+        if (result < 0) {
+            return result;
+        }
+    }
+    return ResultSuccess;
+}
+
+std::int32_t ReadNodes(Vector& vector, ArchiveDecoder& decoder, std::uint32_t count, const LeafKind& kind) {
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const std::int32_t result = ReadChild(decoder, kind.type, kind.temporality, false,
+                                              [&](NodeType type, SemanticTag tag) { return vector.Add(type, tag); });
+        if (result < 0) {
+            return result;
+        }
+    }
+    return ResultSuccess;
+}
+
+std::int32_t SkipNodes(ArchiveDecoder& decoder, std::uint32_t count, int extraWords) {
+    std::int32_t result = ResultSuccess;
+    for (std::uint32_t i = 0; extraWords > 0 && result >= 0 && i < count; ++i) {
+        result = SkipWords(decoder, extraWords);
+    }
+    return result;
+}
+
+/// Reads elements that have no objects of their own: leaves, as a rule.
+std::int32_t ReadInline(Vector& vector, ArchiveDecoder& decoder, std::uint32_t count, const LeafKind& kind) {
+    if (!IsKnownType(kind.type)) {
+        return SkipNodes(decoder, count, kind.extraWords);
+    }
+    switch (vector.IsEmpty() ? kind.type : NodeTypeMap) {
+        case NodeTypeInteger: return ReadLeaves<Integer>(vector, decoder, count, kind.temporality);
+        case NodeTypeGlobalID: return ReadLeaves<GlobalID>(vector, decoder, count, kind.temporality);
+        case NodeTypeString: return ReadLeaves<String>(vector, decoder, count, kind.temporality);
+        case NodeTypeDouble: return ReadLeaves<Double>(vector, decoder, count, kind.temporality);
+        case NodeTypeBoolean: return ReadLeaves<Boolean>(vector, decoder, count, kind.temporality);
+        case NodeTypeInteger64: return ReadLeaves<Integer64>(vector, decoder, count, kind.temporality);
+        case NodeTypeVector:
+        case NodeTypeMap:
+        case NodeTypeIntegerSet:
+        case NodeTypeIdSet:
+        case NodeTypeStringSet:
+        case NodeTypeDoubleSet: break;
+    }
+    return ReadNodes(vector, decoder, count, kind);
 }
 
 std::int32_t ReadObjects(Vector& vector, ArchiveDecoder& decoder, std::uint32_t count) {
@@ -65,14 +143,10 @@ std::int32_t WriteVector(Vector& vector, ArchiveWriter out, bool withTransient) 
     }
     BytePacker packer(out);
     packer.Put(static_cast<std::uint32_t>(count), isLong ? 4 : 2);
-    packer.Put(count > 0 ? GetTypeByte(*vector.GetNV(0)) : 0, 1);
+    packer.Put(count > 0 ? GetTypeByte(*NodeAccess::GetChildren(vector).front()) : 0, 1);
     result = packer.Flush();
-    const int size = vector.GetSize(TemporalityTemporary);
-    for (int i = 0; result >= 0 && i < size; ++i) {
-        Node& child = *vector.GetNV(i);
-        if (IsWritten(child, withTransient)) {
-            result = WriteNode(child, out, withTransient);
-        }
+    if (result >= 0) {
+        result = WriteElements(NodeAccess::GetChildren(vector), out, withTransient);
     }
     return result < 0 ? result : out.EndObject();
 }
@@ -95,7 +169,7 @@ std::int32_t Vector::ReadFromArchive(ArchiveDecoder& decoder, bool longCount) {
         return decoder.GetStatus();
     }
     decoder.Realign();
-    return code != 0 ? ReadLeaves(*this, decoder, count, DecodeTypeCode(code >> 8, code & 0xFF))
+    return code != 0 ? ReadInline(*this, decoder, count, DecodeTypeCode(code >> 8, code & 0xFF))
                      : ReadObjects(*this, decoder, count);
 }
 
