@@ -1,0 +1,111 @@
+#include "Options.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <sstream>
+
+#include "Failure.h"
+#include "Systems.h"
+
+namespace Peers {
+namespace {
+
+constexpr const char* kUsage =
+    "usage: PeerBenchmarks [option...]\n"
+    "\n"
+    "  --rounds N            samples of each figure (9)\n"
+    "  --only NAME,...       these systems beside this library: %s\n"
+    "  --workload NAME,...   these workloads: %s\n"
+    "  --fresh               with memory fresh from the system; else with a warm heap\n"
+    "  --csv FILE            every figure with its quartiles\n"
+    "  --markdown FILE       the tables that are printed\n";
+
+std::vector<std::string> Split(const std::string& list) {
+    std::vector<std::string> parts;
+    std::istringstream stream(list);
+    for (std::string part; std::getline(stream, part, ',');) {
+        parts.push_back(part);
+    }
+    return parts;
+}
+
+template <class Entry, class GetOption>
+std::string Join(const std::vector<Entry>& entries, GetOption getOption) {
+    std::string joined;
+    for (const Entry& entry : entries) {
+        joined += (joined.empty() ? "" : ",") + std::string(getOption(entry));
+    }
+    return joined;
+}
+
+const char* OptionOf(const SystemEntry& system) {
+    return system.option;
+}
+const char* OptionOf(const Workload& workload) {
+    return workload.name;
+}
+
+template <class Entry>
+std::string List(const std::vector<Entry>& entries) {
+    return Join(entries, [](const Entry& entry) { return OptionOf(entry); });
+}
+
+/// The entries that are named, in the order of `all`.
+template <class Entry>
+std::vector<Entry> Choose(const std::vector<Entry>& all, const std::string& names) {
+    const std::vector<std::string> chosen = Split(names);
+    std::vector<Entry> found;
+    for (const Entry& entry : all) {
+        for (const std::string& name : chosen) {
+            if (name == OptionOf(entry)) {
+                found.push_back(entry);
+            }
+        }
+    }
+    if (found.size() != chosen.size()) {
+        Fail("\"" + names + "\" names one that is not known. Known: " + List(all));
+    }
+    return found;
+}
+
+void PrintUsage() {
+    std::printf(kUsage, List(GetPeers()).c_str(), List(GetWorkloads()).c_str());
+}
+
+}  // namespace
+
+Options ReadOptions(int count, char** arguments) {
+    Options options;
+    std::vector<SystemEntry> peers = GetPeers();
+    options.request.workloads = GetWorkloads();
+    for (int i = 1; i < count; ++i) {
+        const std::string option = arguments[i];
+        const auto value = [&]() -> std::string {
+            return i + 1 < count ? arguments[++i] : (Fail(option + " needs a value"), "");
+        };
+        if (option == "--help" || option == "-h") {
+            PrintUsage();
+            std::exit(0);
+        } else if (option == "--rounds") {
+            options.request.rounds = std::atoi(value().c_str());
+        } else if (option == "--only") {
+            peers = Choose(peers, value());
+        } else if (option == "--workload") {
+            options.request.workloads = Choose(options.request.workloads, value());
+        } else if (option == "--fresh") {
+            options.request.heap = Heap::Fresh;
+        } else if (option == "--csv") {
+            options.csv = value();
+        } else if (option == "--markdown") {
+            options.markdown = value();
+        } else {
+            PrintUsage();
+            Fail("\"" + option + "\" is not understood");
+        }
+    }
+    options.request.systems = {GetOwn()};
+    options.request.systems.insert(options.request.systems.end(), peers.begin(), peers.end());
+    return options;
+}
+
+}  // namespace Peers

@@ -1,0 +1,227 @@
+// This library. The root must be a map to be saved, so every workload's root is one. Loading refuses more than 1,000 levels
+// of composites, whatever the machine's stack: a deeper chain is saved but not loaded.
+
+#include <KivGenerics/Boolean.h>
+#include <KivGenerics/Double.h>
+#include <KivGenerics/GlobalID.h>
+#include <KivGenerics/Integer.h>
+#include <KivGenerics/Integer64.h>
+#include <KivGenerics/IterateFlags.h>
+#include <KivGenerics/Map.h>
+#include <KivGenerics/NodeCast.h>
+#include <KivGenerics/ResultCode.h>
+#include <KivGenerics/String.h>
+#include <KivGenerics/Tree.h>
+#include <KivGenerics/Vector.h>
+#include <KivGenerics/Visitor.h>
+#include <KivStorage/MemoryReadStream.h>
+#include <KivStorage/MemoryWriteStream.h>
+
+#include "Failure.h"
+#include "System.h"
+
+using namespace KivGenerics;
+
+namespace Peers {
+namespace {
+
+/// The tag of maps with this many fixed slots.
+SemanticTag TagForSlots(int slots) {
+    constexpr int kThreeSlots = 24576;
+    return slots == 3 ? SemanticTag(kThreeSlots) : SemanticTagNone;
+}
+
+template <class Composite>
+class Cursor;
+
+template <class T>
+T* New(Vector& vector, int, SemanticTag tag = SemanticTagNone) {
+    return static_cast<T*>(vector.Add(T::StaticType, tag));
+}
+
+template <class T>
+T* New(Map& map, int key, SemanticTag tag = SemanticTagNone) {
+    return static_cast<T*>(map.NewNode(key, T::StaticType, false, tag));
+}
+
+template <class Composite>
+class Cursor {
+public:
+    explicit Cursor(Composite& composite) : composite_(composite) {}
+
+    void Integer(int key, std::int32_t value) { New<KivGenerics::Integer>(composite_, key)->Set(value); }
+    void Integer64(int key, std::int64_t value) { New<KivGenerics::Integer64>(composite_, key)->Set(value); }
+    void Double(int key, double value) { New<KivGenerics::Double>(composite_, key)->Set(value); }
+    void Boolean(int key, bool value) { New<KivGenerics::Boolean>(composite_, key)->Set(value); }
+    void Text(int key, const TextValue& value) { New<String>(composite_, key)->Set(value.units); }
+    void Guid(int key, const GuidValue& value) { New<GlobalID>(composite_, key)->Set(value.id); }
+    template <class Fill>
+    void Vector(int key, int size, Fill fill) {
+        auto* const vector = New<KivGenerics::Vector>(composite_, key);
+        vector->Reserve(size);
+        Cursor<KivGenerics::Vector> cursor(*vector);
+        fill(cursor);
+    }
+    template <class Fill>
+    void Map(int key, int, int slots, Fill fill) {
+        Cursor<KivGenerics::Map> cursor(*New<KivGenerics::Map>(composite_, key, TagForSlots(slots)));
+        fill(cursor);
+    }
+
+private:
+    Composite& composite_;
+};
+
+class Sum final : public Visitor {
+public:
+    VisitCode VisitBoolean(Boolean* node) override { return Add(node->Get() ? 1 : 0); }
+    VisitCode VisitDouble(Double* node) override { return Add(static_cast<std::int64_t>(node->Get())); }
+    VisitCode VisitGlobalID(GlobalID*) override { return Add(sizeof(GUID)); }
+    VisitCode VisitInteger(Integer* node) override { return Add(node->Get()); }
+    VisitCode VisitInteger64(Integer64* node) override { return Add(node->Get()); }
+    VisitCode VisitString(String* node) override { return Add(static_cast<std::int64_t>(node->GetLength())); }
+    VisitCode VisitMap(Map*, bool) override { return Add(0); }
+    VisitCode VisitVector(Vector*, bool) override { return Add(0); }
+
+    Seen seen;
+
+private:
+    VisitCode Add(std::int64_t value) {
+        ++seen.nodes;
+        seen.sum += value;
+        return VisitContinue;
+    }
+};
+
+Seen WalkTree(const Tree& tree) {
+    Sum sum;
+    tree.GetRoot()->Iterate(&sum, SemanticTagNone, IterateSelf | IterateChildren | IterateDeeper);
+    return sum.seen;
+}
+
+std::int64_t GetValue(Node* node) {
+    switch (node->GetType()) {
+        case NodeTypeInteger: return static_cast<Integer*>(node)->Get();
+        case NodeTypeInteger64: return static_cast<Integer64*>(node)->Get();
+        case NodeTypeDouble: return static_cast<std::int64_t>(static_cast<Double*>(node)->Get());
+        case NodeTypeBoolean: return static_cast<Boolean*>(node)->Get() ? 1 : 0;
+        case NodeTypeString: return static_cast<std::int64_t>(static_cast<String*>(node)->GetLength());
+        case NodeTypeGlobalID: return sizeof(GUID);
+        default: return 1;
+    }
+}
+
+void SetValue(Node* node, std::int32_t value) {
+    switch (node->GetType()) {
+        case NodeTypeInteger: static_cast<Integer*>(node)->Set(value); return;
+        case NodeTypeInteger64: static_cast<Integer64*>(node)->Set(value); return;
+        case NodeTypeDouble: static_cast<Double*>(node)->Set(value); return;
+        case NodeTypeBoolean: static_cast<Boolean*>(node)->Set(value % 2 != 0); return;
+        default: Fail("this library: no number stands there");
+    }
+}
+
+using TreeHandle = KivBase::ReturnPtrI<Tree>;
+
+TreeHandle NewTree() {
+    return CreateGenericTree(EnumOrvObjectType(0));
+}
+
+class OwnSystem final : public System {
+public:
+    bool Can(Operation operation, const Workload& workload) const override {
+        return operation != Operation::Load || workload.shape != Shape::Chain || workload.size < MaxLoadNesting;
+    }
+
+    void Build(const Workload& workload) override {
+        tree_ = NewTree();
+        Cursor<Map> root(*static_cast<Map*>(tree_->NewRoot(NodeTypeMap)));
+        Write(workload, root);
+    }
+
+    Seen Walk() const override { return WalkTree(*tree_); }
+
+    std::int64_t Lookup(const std::vector<Place>& places) const override {
+        const Vector& list = GetList();
+        std::int64_t sum = 0;
+        for (const Place& place : places) {
+            sum += GetValue(static_cast<Map*>(list.GetNV(place.record))->Get(place.field));
+        }
+        return sum;
+    }
+
+    void PreparePaths(const std::vector<Place>& places) override {
+        for (const Place& place : places) {
+            const std::string path = "0:" + std::to_string(place.record) + ":" + std::to_string(place.field) + ":";
+            paths_.emplace_back(path.begin(), path.end());
+        }
+    }
+
+    std::int64_t FindPaths() const override {
+        std::int64_t sum = 0;
+        for (const KivBase::WString& path : paths_) {
+            sum += GetValue(tree_->FindNodeByKey(path));
+        }
+        return sum;
+    }
+
+    void Set(const std::vector<Place>& places) override {
+        const Vector& list = GetList();
+        std::int32_t value = 0;
+        for (const Place& place : places) {
+            SetValue(static_cast<Map*>(list.GetNV(place.record))->Get(place.field), value++);
+        }
+    }
+
+    void Copy() override {
+        copy_ = NewTree();
+        copy_->CopyFromTree(tree_.Get());
+    }
+
+    bool EqualsCopy() const override {
+        return tree_->GetRoot()->Compare(copy_->GetRoot(), TemporalityPersistent, true) == 0;
+    }
+
+    std::size_t Save() override {
+        const auto stream = KivStorage::MemoryWriteStream::Create();
+        if (tree_->SaveToStream(stream.Get(), false) < 0 || !stream->Finish().Ok()) {
+            Fail("this library: saving failed: " + stream->GetError().sentence);
+        }
+        bytes_ = stream->TakeBytes();
+        return bytes_.size();
+    }
+
+    void Load() override {
+        const auto stream = KivStorage::MemoryReadStream::Create(bytes_.data(), bytes_.size());
+        loaded_ = NewTree();
+        if (loaded_->LoadFromStream(stream.Get()) < 0 || !stream->Finish().Ok()) {
+            Fail("this library: loading failed: " + stream->GetError().sentence);
+        }
+    }
+
+    Seen WalkLoaded() const override { return WalkTree(*loaded_); }
+    void Release() override { tree_ = TreeHandle(); }
+    void ReleaseOthers() override {
+        copy_ = TreeHandle();
+        loaded_ = TreeHandle();
+        bytes_ = {};
+        paths_ = {};
+    }
+
+private:
+    const Vector& GetList() const { return *static_cast<Vector*>(static_cast<Map*>(tree_->GetRoot())->Get(0)); }
+
+    TreeHandle tree_;
+    TreeHandle copy_;
+    TreeHandle loaded_;
+    std::vector<std::uint8_t> bytes_;
+    std::vector<KivBase::WString> paths_;
+};
+
+}  // namespace
+
+std::unique_ptr<System> MakeOwn() {
+    return std::make_unique<OwnSystem>();
+}
+
+}  // namespace Peers

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+#include "Ratios.h"
+
+namespace Peers {
+
+/// "build", "walk", ...
+const char* GetName(Operation operation);
+
+/// Every figure with its quartiles, one line each, with a head line.
+std::string MakeCsv(const Request& request, const Cells& cells);
+
+/// The table of ratios, then one table of medians for each workload.
+std::string MakeMarkdown(const Request& request, const Cells& cells);
+
+}  // namespace Peers
