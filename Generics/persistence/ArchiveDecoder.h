@@ -42,6 +42,8 @@ struct LeafKind {
 
 /// One child of a map as its header names it.
 struct SlotKey {
+    SlotKey(std::int32_t childIndex, std::uint32_t code) noexcept : index(childIndex), typeCode(code) {}
+
     std::int32_t index;
     std::uint32_t typeCode;  ///< type byte, or type byte and extra words; 0 for an object
 };
@@ -122,7 +124,7 @@ public:
         Keys(const Keys&) = delete;
         Keys& operator=(const Keys&) = delete;
         /// Throws std::bad_alloc.
-        void Add(const SlotKey& key) { keys_.push_back(key); }
+        void Add(std::int32_t index, std::uint32_t typeCode) { keys_.emplace_back(index, typeCode); }
         SlotKey Get(std::size_t i) const noexcept { return keys_[first_ + i]; }
 
     private:

@@ -184,12 +184,13 @@ std::uint32_t ReadTypeCode(ArchiveDecoder& decoder) {
     return hasExtra ? type << 8 | decoder.GetBytes(1) : type;
 }
 
-std::int32_t ReadSlotKey(ArchiveDecoder& decoder, SlotKey& key) {
+/// Adds the next key. What it adds means nothing when the decoder has failed afterwards.
+void ReadSlotKey(ArchiveDecoder& decoder, ArchiveDecoder::Keys& keys) {
     const std::uint32_t first = decoder.PeekByte();
-    if (decoder.HasFailed()) {
-        return decoder.GetStatus();
-    }
     std::uint32_t index = 0;
+    if (decoder.HasFailed()) {
+        return;
+    }
     if ((first & 0x40) == 0) {
         index = decoder.GetBytes(1) & 0x7F;
     } else if ((first & 0x20) != 0) {
@@ -198,8 +199,7 @@ std::int32_t ReadSlotKey(ArchiveDecoder& decoder, SlotKey& key) {
         index = decoder.GetBytes(2) & 0x1FFF;
     }
     const bool hasType = (first & 0x80) != 0 && !decoder.HasFailed();
-    key = {static_cast<std::int32_t>(index), hasType ? ReadTypeCode(decoder) : 0};
-    return decoder.GetStatus();
+    keys.Add(static_cast<std::int32_t>(index), hasType ? ReadTypeCode(decoder) : 0);
 }
 
 std::int32_t ReadNewChild(Map& map, ArchiveDecoder& decoder, int index, NodeType type,
@@ -208,26 +208,30 @@ std::int32_t ReadNewChild(Map& map, ArchiveDecoder& decoder, int index, NodeType
                      [&](NodeType kind, SemanticTag tag) { return map.NewNode(index, kind, false, tag); });
 }
 
+bool IsFreeSlot(const MapChildren& children, int index) noexcept {
+    return children.IsSlot(index) && children.slots[index] == nullptr;
+}
+
 /// As NewNode would make it in a slot that is free, of a kind known when compiling.
-template <class Leaf>
-Leaf* NewLeafInSlot(const MapChildren& children, int index) {
-    Leaf* const leaf = NodeAccess::GetTree(children.map)->Create<Leaf>(&children.map, index);
-    if (leaf != nullptr) {
-        children.slots[index] = leaf;
-        leaf->SetTemporality(TemporalityPersistent);
+template <class T>
+T* NewInSlot(const MapChildren& children, int index) {
+    T* const node = NodeAccess::GetTree(children.map)->Create<T>(&children.map, index);
+    if (node != nullptr) {
+        children.slots[index] = node;
+        node->SetTemporality(TemporalityPersistent);
     }
-    return leaf;
+    return node;
 }
 
 std::int32_t ReadLeafIntoSlot(const MapChildren& children, ArchiveDecoder& decoder, int index, const LeafKind& kind) {
-    const auto read = [&](auto* leaf) { return ReadLeaf(leaf, kind.temporality, decoder); };
+    const auto read = [&](auto* leaf) { return ReadNew(leaf, kind.temporality, decoder, false); };
     switch (kind.type) {
-        case NodeTypeInteger: return read(NewLeafInSlot<Integer>(children, index));
-        case NodeTypeGlobalID: return read(NewLeafInSlot<GlobalID>(children, index));
-        case NodeTypeString: return read(NewLeafInSlot<String>(children, index));
-        case NodeTypeDouble: return read(NewLeafInSlot<Double>(children, index));
-        case NodeTypeBoolean: return read(NewLeafInSlot<Boolean>(children, index));
-        case NodeTypeInteger64: return read(NewLeafInSlot<Integer64>(children, index));
+        case NodeTypeInteger: return read(NewInSlot<Integer>(children, index));
+        case NodeTypeGlobalID: return read(NewInSlot<GlobalID>(children, index));
+        case NodeTypeString: return read(NewInSlot<String>(children, index));
+        case NodeTypeDouble: return read(NewInSlot<Double>(children, index));
+        case NodeTypeBoolean: return read(NewInSlot<Boolean>(children, index));
+        case NodeTypeInteger64: return read(NewInSlot<Integer64>(children, index));
         case NodeTypeVector:
         case NodeTypeMap:
         case NodeTypeIntegerSet:
@@ -246,9 +250,8 @@ std::int32_t ReadLeafChild(Map& map, ArchiveDecoder& decoder, const SlotKey& key
         return SkipWords(decoder, kind.extraWords);
     }
     const MapChildren children(map);
-    return children.IsSlot(key.index) && children.slots[key.index] == nullptr
-               ? ReadLeafIntoSlot(children, decoder, key.index, kind)
-               : ReadNewChild(map, decoder, key.index, kind.type, kind.temporality, false);
+    return IsFreeSlot(children, key.index) ? ReadLeafIntoSlot(children, decoder, key.index, kind)
+                                           : ReadNewChild(map, decoder, key.index, kind.type, kind.temporality, false);
 }
 
 std::int32_t ReadObjectChild(Map& map, ArchiveDecoder& decoder, const SlotKey& key) {
@@ -259,7 +262,10 @@ std::int32_t ReadObjectChild(Map& map, ArchiveDecoder& decoder, const SlotKey& k
     }
     const ObjectKind kind = DecodeObjectTag(objectTag);
     if (IsKnownType(kind.type)) {
-        result = ReadNewChild(map, decoder, key.index, kind.type, kind.temporality, kind.longCount);
+        const MapChildren children(map);
+        result = kind.type == NodeTypeVector && IsFreeSlot(children, key.index)
+                     ? ReadNew(NewInSlot<Vector>(children, key.index), kind.temporality, decoder, kind.longCount)
+                     : ReadNewChild(map, decoder, key.index, kind.type, kind.temporality, kind.longCount);
     }
     return result < 0 ? result : decoder.EndReadObject();
 }
@@ -314,11 +320,8 @@ std::int32_t ReadMap(Map& map, ArchiveDecoder& decoder, bool longCount) {
     std::int32_t result = ReadCount(decoder, longCount, count);
     ArchiveDecoder::Keys keys(decoder);
     for (std::uint32_t i = 0; result >= 0 && i < count; ++i) {
-        SlotKey key{};
-        result = ReadSlotKey(decoder, key);
-        if (result >= 0) {
-            keys.Add(key);
-        }
+        ReadSlotKey(decoder, keys);
+        result = decoder.GetStatus();
     }
     decoder.Realign();
     for (std::uint32_t i = 0; result >= 0 && i < count; ++i) {

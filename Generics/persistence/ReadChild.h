@@ -55,14 +55,18 @@ inline std::int32_t ReadNode(Node& node, ArchiveDecoder& decoder, bool longCount
     return node.ReadFromArchive(decoder, longCount);
 }
 
-/// Reads a new leaf of a kind known when compiling; null where there was no memory for it.
-template <class Leaf>
-std::int32_t ReadLeaf(Leaf* leaf, EnumOrvGenericsTemporality temporality, ArchiveDecoder& decoder) {
-    if (leaf == nullptr) {
+/// Reads a new scalar or vector, of a kind known when compiling; null where there was no memory for it.
+template <class T>
+std::int32_t ReadNew(T* node, EnumOrvGenericsTemporality temporality, ArchiveDecoder& decoder, bool longCount) {
+    if (node == nullptr) {
         return ResultOutOfMemory;
     }
-    leaf->SetTemporality(temporality);
-    return ReadValue(*leaf, decoder);
+    node->SetTemporality(temporality);
+    if constexpr (IsCompositeType(T::StaticType)) {
+        return node->ReadFromArchive(decoder, longCount);
+    } else {
+        return ReadValue(*node, decoder);
+    }
 }
 
 /// Reads the semantic tag of a map, makes the child with `make(type, tag)`, gives it its temporality and reads it.

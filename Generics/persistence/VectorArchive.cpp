@@ -56,12 +56,16 @@ std::int32_t WriteElements(const Elements& elements, ArchiveWriter out, bool wit
     return WriteEach(elements, withTransient, [=](Node& element) { return WriteNode(element, out, withTransient); });
 }
 
+bool MayAppend(const Vector& vector, NodeType type) {
+    return vector.IsEmpty() || vector.GetNV(0)->GetType() == type;
+}
+
 /// Reads leaves of one class into a vector that holds nothing else. They are appended as they come: the count only counts.
 template <class Leaf>
 std::int32_t ReadLeaves(Vector& vector, ArchiveDecoder& decoder, std::uint32_t count,
                         EnumOrvGenericsTemporality temporality) {
     for (std::uint32_t i = 0; i < count; ++i) {
-        const std::int32_t result = ReadLeaf(NodeAccess::Append<Leaf>(vector), temporality, decoder);
+        const std::int32_t result = ReadNew(NodeAccess::Append<Leaf>(vector), temporality, decoder, false);
         if (result < 0) {
             return result;
         }
@@ -93,7 +97,7 @@ std::int32_t ReadInline(Vector& vector, ArchiveDecoder& decoder, std::uint32_t c
     if (!IsKnownType(kind.type)) {
         return SkipNodes(decoder, count, kind.extraWords);
     }
-    switch (vector.IsEmpty() ? kind.type : NodeTypeMap) {
+    switch (MayAppend(vector, kind.type) ? kind.type : NodeTypeMap) {
         case NodeTypeInteger: return ReadLeaves<Integer>(vector, decoder, count, kind.temporality);
         case NodeTypeGlobalID: return ReadLeaves<GlobalID>(vector, decoder, count, kind.temporality);
         case NodeTypeString: return ReadLeaves<String>(vector, decoder, count, kind.temporality);
@@ -118,8 +122,12 @@ std::int32_t ReadObjects(Vector& vector, ArchiveDecoder& decoder, std::uint32_t 
             return result < 0 ? result : ArchiveTypeMismatch;
         }
         const ObjectKind kind = DecodeObjectTag(objectTag);
-        result = ReadChild(decoder, kind.type, kind.temporality, kind.longCount,
-                           [&](NodeType type, SemanticTag tag) { return vector.Add(type, tag); });
+        if (kind.type == NodeTypeVector && MayAppend(vector, kind.type)) {
+            result = ReadNew(NodeAccess::Append<Vector>(vector), kind.temporality, decoder, kind.longCount);
+        } else {
+            result = ReadChild(decoder, kind.type, kind.temporality, kind.longCount,
+                               [&](NodeType type, SemanticTag tag) { return vector.Add(type, tag); });
+        }
         if (result >= 0) {
             result = decoder.EndReadObject();
         }
@@ -160,11 +168,14 @@ std::int32_t Vector::ReadFromArchive(ArchiveDecoder& decoder, bool longCount) {
     if (level.IsTooDeep()) {
         return ArchiveNestingTooDeep;
     }
-    const std::uint32_t count = decoder.GetBytes(longCount ? 4 : 2);
-    if (decoder.HasFailed()) {
-        return decoder.GetStatus();
+    // A short count and the code stand in four bytes.
+    std::uint32_t count = decoder.GetBytes(4);
+    std::uint32_t code = count & 0xFFFF;
+    if (longCount && !decoder.HasFailed()) {
+        code = decoder.GetBytes(2);
+    } else {
+        count >>= 16;
     }
-    const std::uint32_t code = decoder.GetBytes(2);
     if (decoder.HasFailed()) {
         return decoder.GetStatus();
     }
