@@ -13,6 +13,7 @@
 
 #include "persistence/ArchiveDecoder.h"
 #include "persistence/Encoding.h"
+#include "values/ElementFiller.h"
 
 namespace KivGenerics {
 namespace {
@@ -21,14 +22,33 @@ using KivCOMShared::COrvReadArchive;
 using KivCOMShared::COrvSizeArchive;
 using KivCOMShared::COrvWriteArchive;
 
+// Calls `use(element)` in ascending order until it answers a failure, and answers the last answer.
+template <class Use>
+std::int32_t ForEachElement(const StringSet::Elements& elements, Use use) {
+    std::int32_t result = 0;
+    for (auto element = elements.begin(); result >= 0 && element != elements.end(); ++element) {
+        result = use(*element);
+    }
+    return result;
+}
+template <class Key, class Order, class Use>
+std::int32_t ForEachElement(const SortedChunks<Key, Order>& elements, Use use) {
+    std::int32_t result = 0;
+    elements.ForEach([&](const auto& entry) {
+        result = use(*entry);
+        return result >= 0;
+    });
+    return result;
+}
+
 template <class Elements, class WriteElement>
 std::int32_t WriteSet(COrvWriteArchive* archive, std::uint16_t tag, const Elements& elements, WriteElement write) {
     std::int32_t result = archive->BeginObject(tag);
     if (result >= 0) {
         result = archive->WriteLong(static_cast<std::int32_t>(elements.size()));
     }
-    for (auto element = elements.begin(); result >= 0 && element != elements.end(); ++element) {
-        result = write(*element);
+    if (result >= 0) {
+        result = ForEachElement(elements, write);
     }
     return result < 0 ? result : archive->EndObject();
 }
@@ -45,19 +65,19 @@ std::int32_t ReadSet(COrvReadArchive* archive, std::uint16_t tag, Elements& elem
     }
     std::int32_t count = 0;
     result = archive->ReadLong(&count);
-    Elements fresh(elements.key_comp(), elements.get_allocator());
+    ElementFiller<Elements> filler(elements);
     for (std::int32_t i = 0; result >= 0 && i < count; ++i) {
         auto element = make();
         result = read(element);
         if (result >= 0) {
-            fresh.insert(fresh.end(), std::move(element));
+            filler.Add(std::move(element));
         }
     }
     if (result >= 0) {
         result = archive->EndReadObject();
     }
     if (result >= 0) {
-        elements.swap(fresh);
+        filler.Finish();
     }
     return result;
 }

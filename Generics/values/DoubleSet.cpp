@@ -5,15 +5,18 @@
 
 namespace KivGenerics {
 
-DoubleSet::DoubleSet(TreeImpl* tree) noexcept
-    : Node(tree, StaticType), elements_(Elements::allocator_type(tree->GetBuffer())) {}
+DoubleSet::DoubleSet(TreeImpl* tree) noexcept : Node(tree, StaticType), elements_(tree->GetBuffer()) {}
 
 DoubleSet::DoubleSet(TreeImpl* tree, Composite* parent, int index) noexcept
-    : Node(tree, parent, index, StaticType), elements_(Elements::allocator_type(tree->GetBuffer())) {}
+    : Node(tree, parent, index, StaticType), elements_(tree->GetBuffer()) {}
 
 // Exchanges nothing, despite its name: the destination becomes a copy of the source.
-void DoubleSet::hSwap(Elements& destination, const Elements& source) {
-    CopyElements(destination, source, [](const double& element) { return element; });
+void DoubleSet::hSwap(Elements& destination, const Chunks& source) {
+    CopyElements(destination, source);
+}
+
+void DoubleSet::hSwap(Chunks& destination, const Elements& source) {
+    CopyElements(destination, source);
 }
 
 void DoubleSet::Get(Elements& elements) const {
@@ -26,15 +29,15 @@ void DoubleSet::Set(const Elements& elements) {
 }
 
 void DoubleSet::Add(const double& element) {
-    elements_.insert(element);
+    elements_.Add(element);
 }
 
 void DoubleSet::Remove(const double& element) {
-    elements_.erase(element);
+    elements_.Remove(element);
 }
 
 bool DoubleSet::Exists(const double& element) const {
-    return elements_.find(element) != elements_.end();
+    return elements_.Exists(element);
 }
 
 void DoubleSet::Item(int index, double& element) const {
@@ -43,12 +46,12 @@ void DoubleSet::Item(int index, double& element) const {
 
 void DoubleSet::Clear() {
     NodeAccess::GetTree(*this)->CheckReadOnly();
-    elements_.clear();
+    elements_.Clear();
 }
 
 void DoubleSet::Populate(Node* other) {
     Node::Populate(other);
-    hSwap(elements_, static_cast<DoubleSet*>(other)->elements_);
+    elements_.CopyFrom(static_cast<DoubleSet*>(other)->elements_);
 }
 
 int DoubleSet::Compare(Node* other, EnumOrvGenericsTemporality t, bool recalc) {

@@ -5,15 +5,18 @@
 
 namespace KivGenerics {
 
-IdSet::IdSet(TreeImpl* tree) noexcept
-    : Node(tree, StaticType), elements_(Elements::allocator_type(tree->GetBuffer())) {}
+IdSet::IdSet(TreeImpl* tree) noexcept : Node(tree, StaticType), elements_(tree->GetBuffer()) {}
 
 IdSet::IdSet(TreeImpl* tree, Composite* parent, int index) noexcept
-    : Node(tree, parent, index, StaticType), elements_(Elements::allocator_type(tree->GetBuffer())) {}
+    : Node(tree, parent, index, StaticType), elements_(tree->GetBuffer()) {}
 
 // Exchanges nothing, despite its name: the destination becomes a copy of the source.
-void IdSet::hSwap(Elements& destination, const Elements& source) {
-    CopyElements(destination, source, [](const GUID& element) { return element; });
+void IdSet::hSwap(Elements& destination, const Chunks& source) {
+    CopyElements(destination, source);
+}
+
+void IdSet::hSwap(Chunks& destination, const Elements& source) {
+    CopyElements(destination, source);
 }
 
 void IdSet::Get(Elements& elements) const {
@@ -26,15 +29,15 @@ void IdSet::Set(const Elements& elements) {
 }
 
 void IdSet::Add(const GUID& element) {
-    elements_.insert(element);
+    elements_.Add(element);
 }
 
 void IdSet::Remove(const GUID& element) {
-    elements_.erase(element);
+    elements_.Remove(element);
 }
 
 bool IdSet::Exists(const GUID& element) const {
-    return elements_.find(element) != elements_.end();
+    return elements_.Exists(element);
 }
 
 void IdSet::Item(int index, GUID& element) const {
@@ -43,12 +46,12 @@ void IdSet::Item(int index, GUID& element) const {
 
 void IdSet::Clear() {
     NodeAccess::GetTree(*this)->CheckReadOnly();
-    elements_.clear();
+    elements_.Clear();
 }
 
 void IdSet::Populate(Node* other) {
     Node::Populate(other);
-    hSwap(elements_, static_cast<IdSet*>(other)->elements_);
+    elements_.CopyFrom(static_cast<IdSet*>(other)->elements_);
 }
 
 int IdSet::Compare(Node* other, EnumOrvGenericsTemporality t, bool recalc) {

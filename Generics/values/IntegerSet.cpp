@@ -5,15 +5,18 @@
 
 namespace KivGenerics {
 
-IntegerSet::IntegerSet(TreeImpl* tree) noexcept
-    : Node(tree, StaticType), elements_(Elements::allocator_type(tree->GetBuffer())) {}
+IntegerSet::IntegerSet(TreeImpl* tree) noexcept : Node(tree, StaticType), elements_(tree->GetBuffer()) {}
 
 IntegerSet::IntegerSet(TreeImpl* tree, Composite* parent, int index) noexcept
-    : Node(tree, parent, index, StaticType), elements_(Elements::allocator_type(tree->GetBuffer())) {}
+    : Node(tree, parent, index, StaticType), elements_(tree->GetBuffer()) {}
 
 // Exchanges nothing, despite its name: the destination becomes a copy of the source.
-void IntegerSet::hSwap(Elements& destination, const Elements& source) {
-    CopyElements(destination, source, [](const std::int32_t& element) { return element; });
+void IntegerSet::hSwap(Elements& destination, const Chunks& source) {
+    CopyElements(destination, source);
+}
+
+void IntegerSet::hSwap(Chunks& destination, const Elements& source) {
+    CopyElements(destination, source);
 }
 
 void IntegerSet::Get(Elements& elements) const {
@@ -26,15 +29,15 @@ void IntegerSet::Set(const Elements& elements) {
 }
 
 void IntegerSet::Add(const std::int32_t& element) {
-    elements_.insert(element);
+    elements_.Add(element);
 }
 
 void IntegerSet::Remove(const std::int32_t& element) {
-    elements_.erase(element);
+    elements_.Remove(element);
 }
 
 bool IntegerSet::Exists(const std::int32_t& element) const {
-    return elements_.find(element) != elements_.end();
+    return elements_.Exists(element);
 }
 
 void IntegerSet::Item(int index, std::int32_t& element) const {
@@ -43,12 +46,12 @@ void IntegerSet::Item(int index, std::int32_t& element) const {
 
 void IntegerSet::Clear() {
     NodeAccess::GetTree(*this)->CheckReadOnly();
-    elements_.clear();
+    elements_.Clear();
 }
 
 void IntegerSet::Populate(Node* other) {
     Node::Populate(other);
-    hSwap(elements_, static_cast<IntegerSet*>(other)->elements_);
+    elements_.CopyFrom(static_cast<IntegerSet*>(other)->elements_);
 }
 
 int IntegerSet::Compare(Node* other, EnumOrvGenericsTemporality t, bool recalc) {

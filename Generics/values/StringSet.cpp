@@ -39,6 +39,9 @@ StringSet& StringSet::operator=(StringSet&& other) {
 }
 
 void StringSet::hCopy(const Elements& source) {
+    if (&source == &elements_) {
+        return;
+    }
     CopyElements(elements_, source,
                  [&](const KivBase::WString& text) { return Copy(text, elements_.get_allocator()); });
 }

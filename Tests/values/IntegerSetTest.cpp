@@ -26,6 +26,29 @@ TEST(IntegerSetTest, HoldsManyElementsInAscendingOrder) {
     }
 }
 
+TEST(IntegerSetTest, ManyElementsCompareAlikeHoweverTheyCame) {
+    const ValueTree tree;
+    IntegerSet* const ascending = tree.Add<IntegerSet>(0);
+    IntegerSet* const scattered = tree.Add<IntegerSet>(1);
+    for (std::int32_t i = 0; i < 5000; ++i) {
+        ascending->Add(i * 2);
+        scattered->Add(i * 1237 % 5000 * 2);
+    }
+    EXPECT_EQ(0, ascending->Compare(scattered, TemporalityTemporary, false));
+    EXPECT_TRUE(ascending->MergeWith(scattered, false));
+    scattered->Remove(9000);
+    EXPECT_EQ(-1, ascending->Compare(scattered, TemporalityTemporary, false)) << "9000 is smaller than 9002";
+    EXPECT_EQ(1, scattered->Compare(ascending, TemporalityTemporary, false));
+    scattered->Add(8999);
+    EXPECT_EQ(1, ascending->Compare(scattered, TemporalityTemporary, false));
+    EXPECT_FALSE(ascending->MergeWith(scattered, false));
+    scattered->Populate(ascending);
+    EXPECT_EQ(0, scattered->Compare(ascending, TemporalityTemporary, false));
+    scattered->Remove(9998);
+    EXPECT_EQ(1, ascending->Compare(scattered, TemporalityTemporary, false)) << "the longer one";
+    EXPECT_EQ(-1, scattered->Compare(ascending, TemporalityTemporary, false));
+}
+
 TEST(IntegerSetTest, OneAndFiveIsSmallerThanTwo) {
     const ValueTree tree;
     IntegerSet* const left = tree.Add<IntegerSet>(0);

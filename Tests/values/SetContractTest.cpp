@@ -268,6 +268,13 @@ TYPED_TEST(CopyingSetTest, GetReplacesWhatTheCallersSetHeld) {
     EXPECT_TRUE(elements.empty());
 }
 
+TYPED_TEST(CopyingSetTest, ShowsItsOwnElements) {
+    EXPECT_TRUE(this->set_->GetElements().empty());
+    this->set_->Set(this->Of({3, 0, 1}));
+    EXPECT_EQ(this->Texts({0, 1, 3}), TextOfElements(this->set_->GetElements()));
+    EXPECT_EQ(&this->set_->GetElements(), &this->set_->GetElements());
+}
+
 TYPED_TEST(CopyingSetTest, WhatGetGaveOutlivesTheForest) {
     typename TypeParam::Elements elements;
     {

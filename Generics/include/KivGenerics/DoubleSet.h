@@ -5,6 +5,7 @@
 
 #include <KivBase/Allocator.h>
 #include <KivGenerics/Node.h>
+#include <KivGenerics/SortedChunks.h>
 
 namespace KivGenerics {
 
@@ -25,11 +26,16 @@ public:
 
     static constexpr NodeType StaticType = NodeTypeDoubleSet;
 
+    /// What Get and Set exchange with the caller.
     using Elements = std::set<double, DoubleOrder, KivBase::Allocator<double>>;
+    /// What the node keeps its elements in.
+    using Chunks = SortedChunks<double, DoubleOrder>;
 
     /// Replaces what the caller's set holds by a copy of every element. Throws std::bad_alloc.
     void Get(Elements& elements) const;
-    /// Replaces all elements; the node's own set may be passed. Throws std::bad_alloc and keeps the old elements then.
+    /// The node's own elements, to walk in ascending order without a copy; a change of the node makes iterators invalid.
+    const Chunks& GetElements() const noexcept { return elements_; }
+    /// Replaces all elements. Throws std::bad_alloc and keeps the old elements then.
     void Set(const Elements& elements);
     int Count() const noexcept { return static_cast<int>(elements_.size()); }
     /// An element already present changes nothing. Throws std::bad_alloc.
@@ -61,9 +67,10 @@ private:
     explicit DoubleSet(TreeImpl* tree) noexcept;
     DoubleSet(TreeImpl* tree, Composite* parent, int index) noexcept;
 
-    static void hSwap(Elements& destination, const Elements& source);
+    static void hSwap(Elements& destination, const Chunks& source);
+    static void hSwap(Chunks& destination, const Elements& source);
 
-    Elements elements_;
+    Chunks elements_;
 };
 
 }  // namespace KivGenerics

@@ -5,6 +5,7 @@
 
 #include <KivBase/Allocator.h>
 #include <KivGenerics/Node.h>
+#include <KivGenerics/SortedChunks.h>
 
 namespace KivGenerics {
 
@@ -18,11 +19,16 @@ public:
 
     static constexpr NodeType StaticType = NodeTypeIntegerSet;
 
+    /// What Get and Set exchange with the caller.
     using Elements = std::set<std::int32_t, std::less<std::int32_t>, KivBase::Allocator<std::int32_t>>;
+    /// What the node keeps its elements in.
+    using Chunks = SortedChunks<std::int32_t, std::less<std::int32_t>>;
 
     /// Replaces what the caller's set holds by a copy of every element. Throws std::bad_alloc.
     void Get(Elements& elements) const;
-    /// Replaces all elements; the node's own set may be passed. Throws std::bad_alloc and keeps the old elements then.
+    /// The node's own elements, to walk in ascending order without a copy; a change of the node makes iterators invalid.
+    const Chunks& GetElements() const noexcept { return elements_; }
+    /// Replaces all elements. Throws std::bad_alloc and keeps the old elements then.
     void Set(const Elements& elements);
     int Count() const noexcept { return static_cast<int>(elements_.size()); }
     /// An element already present changes nothing. Throws std::bad_alloc.
@@ -54,9 +60,10 @@ private:
     explicit IntegerSet(TreeImpl* tree) noexcept;
     IntegerSet(TreeImpl* tree, Composite* parent, int index) noexcept;
 
-    static void hSwap(Elements& destination, const Elements& source);
+    static void hSwap(Elements& destination, const Chunks& source);
+    static void hSwap(Chunks& destination, const Elements& source);
 
-    Elements elements_;
+    Chunks elements_;
 };
 
 }  // namespace KivGenerics

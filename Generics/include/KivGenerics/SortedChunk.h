@@ -1,0 +1,150 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+#include <KivBase/Allocator.h>
+#include <KivBase/Buffer.h>
+
+namespace KivGenerics {
+
+/// What stands beside a key where nothing does.
+struct NoPayload {};
+
+/// The head of a chunk, behind which its keys and payloads lie. It says which kind of chunk follows.
+struct alignas(std::uint64_t) ChunkHead {
+    std::uint16_t size;
+    std::uint16_t capacity;
+    std::uint16_t level;  // 0 holds elements, any other level chunks of the level below
+
+    bool IsFull() const noexcept { return size == capacity; }
+};
+
+/// The number of keys, all at the front of `keys`, for which `isBefore` holds. The steps depend on the count alone, and each
+/// answer is used as a number, so that a processor has no branch to guess.
+template <class Key, class IsBefore>
+int CountBefore(const Key* keys, int count, IsBefore isBefore) noexcept {
+    auto left = static_cast<std::size_t>(count);
+    std::size_t before = 0;
+    while (left > 1) {
+        const std::size_t half = left / 2;
+        before += half & (std::size_t{0} - static_cast<std::size_t>(isBefore(keys[before + half - 1])));
+        left -= half;
+    }
+    before += left != 0 && isBefore(keys[before]) ? 1 : 0;
+    return static_cast<int>(before);
+}
+
+/// An array of sorted keys, and one of what belongs to each, in one allocation of at most 1 KiB:
+///
+///     | head, 8 bytes | keys [capacity] | up to 8 bytes' alignment | payloads [capacity] |
+///
+/// Nothing in it is constructed or destroyed. The caller sees to the order of the keys and to room.
+template <class Key, class Payload>
+class SortedChunk : public ChunkHead {
+    static_assert(std::is_trivially_copyable_v<Key> && std::is_trivially_copyable_v<Payload>);
+    static_assert(alignof(Key) <= alignof(ChunkHead) && alignof(Payload) <= alignof(ChunkHead));
+
+    using Word = std::uint64_t;
+
+    static constexpr bool kHasPayload = !std::is_empty_v<Payload>;
+    /// Words of a chunk behind its head. What a chunk leaves when it grows serves others of the same few sizes.
+    static constexpr std::uint16_t kSizes[] = {1, 2, 4, 8, 12, 16, 24, 32, 48, 64, 96, 127};
+
+    static constexpr std::size_t GetWordsOf(std::size_t bytes) noexcept {
+        return (bytes + sizeof(Word) - 1) / sizeof(Word);
+    }
+    static constexpr std::size_t GetWords(std::size_t capacity) noexcept {
+        return 1 + GetWordsOf(capacity * sizeof(Key)) + (kHasPayload ? GetWordsOf(capacity * sizeof(Payload)) : 0);
+    }
+    static constexpr int GetCapacityOf(std::size_t words) noexcept {
+        auto capacity = words * sizeof(Word) / (sizeof(Key) + (kHasPayload ? sizeof(Payload) : 0));
+        while (GetWords(capacity) > words + 1) {
+            --capacity;
+        }
+        return static_cast<int>(capacity);
+    }
+
+public:
+    /// What the largest chunk holds.
+    static constexpr int kMost = GetCapacityOf(127);
+
+    /// The capacity of the smallest chunk that holds `count`; at most kMost.
+    static int GetCapacityFor(int count) noexcept {
+        for (const std::uint16_t words : kSizes) {
+            if (GetCapacityOf(words) >= count) {
+                return GetCapacityOf(words);
+            }
+        }
+        return kMost;
+    }
+
+    /// An empty chunk from the buffer, or from the heap when that is null. Throws std::bad_alloc.
+    static SortedChunk* New(KivBase::Buffer* buffer, int capacity, int level) {
+        void* const memory = KivBase::Allocator<Word>(buffer).allocate(GetWords(static_cast<std::size_t>(capacity)));
+        auto* const chunk = ::new (memory) SortedChunk;
+        chunk->size = 0;
+        chunk->capacity = static_cast<std::uint16_t>(capacity);
+        chunk->level = static_cast<std::uint16_t>(level);
+        return chunk;
+    }
+    /// Gives `chunk` back to where it came from.
+    static void Delete(KivBase::Buffer* buffer, SortedChunk* chunk) noexcept {
+        const std::size_t words = GetWords(chunk->capacity);
+        KivBase::Allocator<Word>(buffer).deallocate(reinterpret_cast<Word*>(chunk), words);
+    }
+
+    Key* GetKeys() noexcept { return reinterpret_cast<Key*>(this + 1); }
+    const Key* GetKeys() const noexcept { return reinterpret_cast<const Key*>(this + 1); }
+    Payload* GetPayloads() noexcept {
+        return reinterpret_cast<Payload*>(reinterpret_cast<Word*>(this + 1) + GetWordsOf(capacity * sizeof(Key)));
+    }
+    const Payload* GetPayloads() const noexcept { return const_cast<SortedChunk*>(this)->GetPayloads(); }
+
+    void Insert(int at, const Key& key, const Payload& payload) noexcept {
+        const Key copy = key;
+        Shift(at, at + 1);
+        GetKeys()[at] = copy;
+        if constexpr (kHasPayload) {
+            GetPayloads()[at] = payload;
+        }
+        ++size;
+    }
+    void Erase(int at) noexcept {
+        Shift(at + 1, at);
+        --size;
+    }
+    /// Takes `count` entries of `source` from `from` on, before all of its own or after them; the source keeps them.
+    void CopyFront(const SortedChunk& source, int from, int count) noexcept {
+        Shift(0, count);
+        Copy(0, source, from, count);
+    }
+    void CopyBack(const SortedChunk& source, int from, int count) noexcept { Copy(size, source, from, count); }
+    /// The same with keys alone.
+    void CopyBack(const Key* keys, int count) noexcept {
+        std::memcpy(GetKeys() + size, keys, static_cast<std::size_t>(count) * sizeof(Key));
+        size = static_cast<std::uint16_t>(size + count);
+    }
+
+private:
+    // Moves the entries from `from` on to `to` on; the size stays.
+    void Shift(int from, int to) noexcept {
+        const auto count = static_cast<std::size_t>(size - from);
+        std::memmove(GetKeys() + to, GetKeys() + from, count * sizeof(Key));
+        if constexpr (kHasPayload) {
+            std::memmove(GetPayloads() + to, GetPayloads() + from, count * sizeof(Payload));
+        }
+    }
+    void Copy(int to, const SortedChunk& source, int from, int count) noexcept {
+        std::memcpy(GetKeys() + to, source.GetKeys() + from, static_cast<std::size_t>(count) * sizeof(Key));
+        if constexpr (kHasPayload) {
+            std::memcpy(GetPayloads() + to, source.GetPayloads() + from,
+                        static_cast<std::size_t>(count) * sizeof(Payload));
+        }
+        size = static_cast<std::uint16_t>(size + count);
+    }
+};
+
+}  // namespace KivGenerics

@@ -1,0 +1,515 @@
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <random>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <KivBase/Buffer.h>
+#include <KivGenerics/SortedChunks.h>
+#include <gtest/gtest.h>
+
+#include "core/SortedChunksInspector.h"
+#include "support/TestBuffer.h"
+
+namespace KivGenerics::Testing {
+namespace {
+
+struct Less {
+    bool operator()(std::int32_t left, std::int32_t right) const noexcept { return left < right; }
+};
+/// Wider than a number, ordered by its first part alone.
+struct Wide {
+    std::int32_t number;
+    std::int32_t other[3];
+};
+struct WideLess {
+    bool operator()(const Wide& left, const Wide& right) const noexcept { return left.number < right.number; }
+};
+
+using Chunks = SortedChunks<std::int32_t, Less>;
+using WideChunks = SortedChunks<Wide, WideLess>;
+using Texts = SortedChunks<std::int32_t, Less, const char*>;
+
+template <class Tested>
+int Check(const Tested& chunks) {
+    return SortedChunksInspector<Tested>::Check(chunks);
+}
+template <class Tested>
+int LevelsOf(const Tested& chunks) {
+    return SortedChunksInspector<Tested>::GetLevels(chunks);
+}
+
+std::vector<std::int32_t> ElementsOf(const Chunks& chunks) {
+    return {chunks.begin(), chunks.end()};
+}
+using Numbers = std::vector<std::int32_t>;
+
+class SortedChunksTest : public ::testing::Test {
+protected:
+    KivBase::Buffer* NewBuffer() {
+        buffers_.emplace_back(KivBase::CreateBuffer(0, 0, 8192, false));
+        return buffers_.back().get();
+    }
+    std::size_t BytesInUse() const { return buffers_.front()->BytesInUse(); }
+
+    std::vector<std::unique_ptr<KivBase::Buffer>> buffers_;
+    Chunks chunks_{NewBuffer()};
+};
+
+TEST_F(SortedChunksTest, ANewOneIsEmptyAndTakesNoMemory) {
+    EXPECT_TRUE(chunks_.empty());
+    EXPECT_EQ(0U, chunks_.size());
+    EXPECT_TRUE(chunks_.begin() == chunks_.end());
+    EXPECT_TRUE(chunks_.After(3) == chunks_.end());
+    EXPECT_FALSE(chunks_.Exists(0));
+    EXPECT_FALSE(chunks_.Remove(0));
+    EXPECT_EQ(0, LevelsOf(chunks_));
+    EXPECT_EQ(0, Check(chunks_));
+    EXPECT_EQ(0U, BytesInUse());
+}
+
+TEST_F(SortedChunksTest, KeepsKeysAscendingAndOnce) {
+    for (const std::int32_t key : {5, -3, 9, 5, 0, -3, 7}) {
+        chunks_.Add(key);
+    }
+    EXPECT_EQ((Numbers{-3, 0, 5, 7, 9}), ElementsOf(chunks_));
+    EXPECT_EQ(5U, chunks_.size());
+    EXPECT_TRUE(chunks_.Exists(7));
+    EXPECT_FALSE(chunks_.Exists(8));
+    EXPECT_FALSE(chunks_.Exists(-4));
+    EXPECT_FALSE(chunks_.Exists(10));
+    EXPECT_EQ(1, LevelsOf(chunks_));
+    EXPECT_EQ(0, Check(chunks_));
+}
+
+TEST_F(SortedChunksTest, RemovesWhatIsThere) {
+    for (const std::int32_t key : {1, 2, 3}) {
+        chunks_.Add(key);
+    }
+    EXPECT_TRUE(chunks_.Remove(2));
+    EXPECT_FALSE(chunks_.Remove(2));
+    EXPECT_FALSE(chunks_.Remove(4));
+    EXPECT_EQ((Numbers{1, 3}), ElementsOf(chunks_));
+    EXPECT_TRUE(chunks_.Remove(1));
+    EXPECT_TRUE(chunks_.Remove(3));
+    EXPECT_TRUE(chunks_.empty());
+    EXPECT_EQ(0U, BytesInUse()) << "the last element takes the memory with it";
+}
+
+TEST_F(SortedChunksTest, FindsTheElementAfterAKeyThatIsThereOrNot) {
+    for (std::int32_t key = 0; key < 10000; key += 10) {
+        chunks_.Add(key);
+    }
+    EXPECT_EQ(0, *chunks_.After(-1));
+    EXPECT_EQ(10, *chunks_.After(0));
+    EXPECT_EQ(10, *chunks_.After(9));
+    for (std::int32_t key = 0; key < 9990; key += 10) {
+        ASSERT_EQ(key + 10, *chunks_.After(key));
+        ASSERT_EQ(key + 10, *chunks_.After(key + 5));
+    }
+    EXPECT_TRUE(chunks_.After(9990) == chunks_.end());
+    EXPECT_TRUE(chunks_.After(20000) == chunks_.end());
+}
+
+TEST_F(SortedChunksTest, CountsItemsFromTheSmallest) {
+    for (std::int32_t key = 2000; key > 0; --key) {
+        chunks_.Add(key * 3);
+    }
+    for (std::size_t i = 0; i < 2000; ++i) {
+        ASSERT_EQ(static_cast<std::int32_t>(i + 1) * 3, chunks_.Item(i));
+    }
+}
+
+TEST_F(SortedChunksTest, AddsAKeyThatLiesInAChunkOfItsOwn) {
+    for (std::int32_t key = 0; key < 254; ++key) {
+        chunks_.Add(key);
+    }
+    chunks_.Remove(7);
+    const std::int32_t& own = *chunks_.begin();
+    chunks_.Add(own);
+    EXPECT_EQ(253U, chunks_.size());
+    WideChunks wide(buffers_.front().get());
+    for (std::int32_t key = 0; key < 500; ++key) {
+        wide.Add({key, {}});
+        wide.Add(*wide.begin());
+    }
+    EXPECT_EQ(500U, wide.size());
+    EXPECT_EQ(0, Check(wide));
+}
+
+TEST_F(SortedChunksTest, AMillionAscendingKeysTakeThreeLevels) {
+    for (std::int32_t key = 0; key < 1000000; ++key) {
+        chunks_.Add(key);
+    }
+    EXPECT_EQ(3, LevelsOf(chunks_));
+    EXPECT_EQ(0, Check(chunks_));
+    EXPECT_EQ(1000000U, chunks_.size());
+    std::int32_t next = 0;
+    for (const std::int32_t key : chunks_) {
+        ASSERT_EQ(next++, key);
+    }
+    EXPECT_EQ(1000000, next);
+}
+
+TEST_F(SortedChunksTest, ManyKeysTakeAtMostEightBytesEachHoweverTheyCome) {
+    std::mt19937 random(1);  // NOLINT(bugprone-random-generator-seed): the same numbers each time
+    for (const bool descending : {false, true}) {
+        Chunks chunks(NewBuffer());
+        const KivBase::Buffer& buffer = *buffers_.back();
+        for (std::int32_t i = 0; i < 5000; ++i) {
+            chunks.Add(descending ? -i : i);
+            ASSERT_TRUE(i < 64 || buffer.BytesInUse() <= 8 * chunks.size())
+                << buffer.BytesInUse() << " for " << chunks.size();
+        }
+    }
+    for (int round = 0; round < 20; ++round) {
+        Chunks chunks(NewBuffer());
+        const KivBase::Buffer& buffer = *buffers_.back();
+        for (std::int32_t i = 0; i < 5000; ++i) {
+            chunks.Add(static_cast<std::int32_t>(random()));
+            ASSERT_TRUE(i < 64 || buffer.BytesInUse() <= 8 * chunks.size())
+                << buffer.BytesInUse() << " for " << chunks.size();
+        }
+    }
+}
+
+TEST_F(SortedChunksTest, AWindowThatMovesThroughTheNumbersTakesNoMoreAndMoreMemory) {
+    std::size_t most = 0;
+    for (std::int32_t i = 0; i < 200000; ++i) {
+        chunks_.Add(i);
+        chunks_.Remove(i - 1000);
+        most = i == 3000 ? BytesInUse() : most;
+        ASSERT_TRUE(i < 3000 || BytesInUse() <= most + 2048) << i;
+    }
+    EXPECT_EQ(1000U, chunks_.size());
+    EXPECT_EQ(0, Check(chunks_));
+    EXPECT_LE(LevelsOf(chunks_), 2);
+    EXPECT_LE(buffers_.front()->BytesReserved(), 65536U);
+}
+
+TEST_F(SortedChunksTest, WhatIsLeftOfManyKeysTakesLittleMemory) {
+    for (std::int32_t i = 0; i < 100000; ++i) {
+        chunks_.Add(i);
+    }
+    for (std::int32_t i = 0; i < 100000; ++i) {
+        if (i % 1000 != 0) {
+            chunks_.Remove(i);
+        }
+    }
+    EXPECT_EQ(100U, chunks_.size());
+    EXPECT_EQ(0, Check(chunks_));
+    EXPECT_LE(BytesInUse(), 5000U);
+    for (std::int32_t i = 0; i < 100000; i += 1000) {
+        EXPECT_TRUE(chunks_.Remove(i));
+    }
+    EXPECT_EQ(0U, BytesInUse());
+}
+
+TEST_F(SortedChunksTest, ClearingGivesAllMemoryBack) {
+    for (std::int32_t i = 0; i < 100000; ++i) {
+        chunks_.Add(i);
+    }
+    chunks_.Clear();
+    EXPECT_TRUE(chunks_.empty());
+    EXPECT_EQ(0U, BytesInUse());
+    chunks_.Add(4);
+    EXPECT_EQ(Numbers{4}, ElementsOf(chunks_));
+}
+
+TEST_F(SortedChunksTest, EveryChangeIsCounted) {
+    std::uint32_t before = chunks_.GetChanges();
+    const auto changed = [&] { return std::exchange(before, chunks_.GetChanges()) != chunks_.GetChanges(); };
+    chunks_.Add(1);
+    EXPECT_TRUE(changed());
+    chunks_.Add(1);
+    EXPECT_FALSE(changed());
+    chunks_.Remove(2);
+    EXPECT_FALSE(changed());
+    chunks_.Remove(1);
+    EXPECT_TRUE(changed());
+    Chunks other(buffers_.front().get());
+    chunks_.Swap(other);
+    EXPECT_TRUE(changed());
+}
+
+TEST_F(SortedChunksTest, ACopyIsOnTheHeapAndAnAssignmentWhereItsTargetIs) {
+    for (std::int32_t i = 0; i < 1000; ++i) {
+        chunks_.Add(i * 7 % 1000);
+    }
+    const Numbers expected = ElementsOf(chunks_);
+    const std::size_t before = BytesInUse();
+    const Chunks copy(chunks_);
+    EXPECT_EQ(nullptr, copy.GetBuffer());
+    EXPECT_EQ(expected, ElementsOf(copy));
+    EXPECT_EQ(0, Check(copy));
+    EXPECT_EQ(before, BytesInUse());
+    Chunks target(NewBuffer());
+    target.Add(5000);
+    target = chunks_;
+    EXPECT_EQ(expected, ElementsOf(target));
+    EXPECT_EQ(buffers_.back().get(), target.GetBuffer());
+    EXPECT_LE(4000U, buffers_.back()->BytesInUse());
+    target = *&target;
+    EXPECT_EQ(expected, ElementsOf(target));
+    target = std::move(chunks_);
+    EXPECT_EQ(expected, ElementsOf(target));
+    EXPECT_EQ(buffers_.back().get(), target.GetBuffer()) << "not the source's";
+}
+
+TEST_F(SortedChunksTest, AMoveTakesTheMemoryOver) {
+    chunks_.Add(1);
+    const std::size_t before = BytesInUse();
+    Chunks moved(std::move(chunks_));
+    EXPECT_EQ(Numbers{1}, ElementsOf(moved));
+    EXPECT_EQ(buffers_.front().get(), moved.GetBuffer());
+    Chunks same(buffers_.front().get());
+    same = std::move(moved);
+    EXPECT_EQ(Numbers{1}, ElementsOf(same));
+    EXPECT_EQ(before, BytesInUse());
+}
+
+TEST_F(SortedChunksTest, ACopyIsDenseHoweverItsSourceCameToBe) {
+    std::mt19937 random(2);  // NOLINT(bugprone-random-generator-seed): the same numbers each time
+    for (int i = 0; i < 100000; ++i) {
+        chunks_.Add(static_cast<std::int32_t>(random()));
+    }
+    Chunks copy(NewBuffer());
+    copy.CopyFrom(chunks_);
+    EXPECT_EQ(0, Check(copy));
+    EXPECT_EQ(ElementsOf(chunks_), ElementsOf(copy));
+    EXPECT_LE(static_cast<double>(buffers_.back()->BytesInUse()), 4.2 * static_cast<double>(copy.size()));
+}
+
+TEST_F(SortedChunksTest, AnAppenderTakesKeysInAnyOrderAndOnce) {
+    chunks_.Add(50);
+    Chunks::Appender appender(chunks_);
+    for (const std::int32_t key : {60, 70, 70, 10, 80, 50, 90, 85}) {
+        appender.Add(key);
+    }
+    EXPECT_EQ((Numbers{10, 50, 60, 70, 80, 85, 90}), ElementsOf(chunks_));
+    EXPECT_EQ(0, Check(chunks_));
+    for (std::int32_t key = 100; key < 5000; ++key) {
+        appender.Add(key);
+    }
+    EXPECT_EQ(4907U, chunks_.size());
+    EXPECT_EQ(0, Check(chunks_));
+}
+
+TEST_F(SortedChunksTest, GoingThroughMeetsWhatIsAddedAheadAndNotWhatIsRemovedThere) {
+    for (std::int32_t key = 0; key < 1000; ++key) {
+        chunks_.Add(key * 10);
+    }
+    Numbers met;
+    const bool whole = chunks_.ForEach([&](const auto& entry) {
+        const std::int32_t key = *entry;
+        met.push_back(key);
+        if (key % 100 == 0) {
+            chunks_.Add(key + 5);
+            chunks_.Add(key - 5);
+            chunks_.Remove(key);
+            chunks_.Remove(key + 10);
+        }
+        return true;
+    });
+    EXPECT_TRUE(whole);
+    ASSERT_EQ(1000U, met.size()) << "of each ten one more and one less";
+    EXPECT_EQ((Numbers{0, 5, 20, 30, 40, 50, 60, 70, 80, 90, 100, 105}), Numbers(met.begin(), met.begin() + 12));
+    EXPECT_EQ(9990, met.back());
+}
+
+TEST_F(SortedChunksTest, GoingThroughEndsWhenItIsTold) {
+    for (std::int32_t key = 0; key < 10; ++key) {
+        chunks_.Add(key);
+    }
+    Numbers met;
+    EXPECT_FALSE(chunks_.ForEach([&](const auto& entry) {
+        met.push_back(*entry);
+        return *entry < 3;
+    }));
+    EXPECT_EQ((Numbers{0, 1, 2, 3}), met);
+}
+
+TEST_F(SortedChunksTest, GoingThroughWhatIsClearedMeanwhileEnds) {
+    chunks_.Add(1);
+    chunks_.Add(2);
+    int met = 0;
+    EXPECT_TRUE(chunks_.ForEach([&](const auto&) {
+        chunks_.Clear();
+        ++met;
+        return true;
+    }));
+    EXPECT_EQ(1, met);
+}
+
+TEST_F(SortedChunksTest, PayloadsStayWithTheirKeys) {
+    Texts texts(NewBuffer());
+    EXPECT_EQ(nullptr, texts.Find(1));
+    EXPECT_EQ(nullptr, texts.Need(3)) << "a new one is empty";
+    texts.Need(3) = "three";
+    texts.Need(1) = "one";
+    texts.Need(2) = "two";
+    ASSERT_NE(nullptr, texts.Find(3));
+    EXPECT_STREQ("three", *texts.Find(3));
+    EXPECT_STREQ("three", texts.Need(3));
+    EXPECT_EQ(nullptr, texts.Find(4));
+    texts.Remove(1);
+    auto entry = texts.begin();
+    EXPECT_EQ(2, *entry);
+    EXPECT_STREQ("two", entry.Value());
+    ++entry;
+    EXPECT_EQ(3, *entry);
+    EXPECT_STREQ("three", entry.Value());
+    EXPECT_TRUE(++entry == texts.end());
+}
+
+std::int32_t GetNumber(std::int32_t number) {
+    return number;
+}
+std::int32_t GetNumber(const Wide& wide) {
+    return wide.number;
+}
+
+/// What a random sequence of operations does to chunks and to a set of the standard library.
+template <class Tested, class MakeKey>
+void CompareWithModel(Tested& chunks, unsigned seed, MakeKey makeKey) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    std::set<std::int32_t> model;
+    const auto range = 1 + static_cast<std::int32_t>(random() % 3000);
+    unsigned removals = 1;
+    for (int i = 0; i < 20000; ++i) {
+        removals = i % 3000 == 0 ? 1 + static_cast<unsigned>(random() % 9) : removals;  // of ten changes
+        const std::int32_t number = static_cast<std::int32_t>(random() % static_cast<unsigned>(range)) - range / 2;
+        if (random() % 10 < removals) {
+            ASSERT_EQ(model.erase(number) != 0, chunks.Remove(makeKey(number)));
+        } else {
+            chunks.Add(makeKey(number));
+            model.insert(number);
+        }
+        ASSERT_EQ(model.size(), chunks.size());
+        const std::int32_t other = static_cast<std::int32_t>(random() % static_cast<unsigned>(range)) - range / 2;
+        ASSERT_EQ(model.count(other) != 0, chunks.Exists(makeKey(other)));
+        const auto after = model.upper_bound(other);
+        ASSERT_EQ(after == model.end(), chunks.After(makeKey(other)) == chunks.end());
+        if (i % 500 == 0) {
+            ASSERT_EQ(0, Check(chunks)) << i;
+            ASSERT_TRUE(std::equal(chunks.begin(), chunks.end(), model.begin(), model.end(),
+                                   [](const auto& mine, std::int32_t theirs) { return GetNumber(mine) == theirs; }));
+        }
+    }
+}
+
+TEST_F(SortedChunksTest, RandomChangesLeaveWhatTheyLeaveInASetOfTheStandardLibrary) {
+    for (unsigned seed = 1; seed <= 8; ++seed) {
+        Chunks chunks(NewBuffer());
+        CompareWithModel(chunks, seed, [](std::int32_t number) { return number; });
+        WideChunks wide(NewBuffer());
+        CompareWithModel(wide, seed, [](std::int32_t number) { return Wide{number, {number, 0, 1}}; });
+    }
+}
+
+TEST_F(SortedChunksTest, PayloadsFollowRandomChangesLikeThoseOfAMapOfTheStandardLibrary) {
+    using Squares = SortedChunks<std::int32_t, Less, std::int64_t>;
+    std::mt19937 random(3);  // NOLINT(bugprone-random-generator-seed): the same numbers each time
+    Squares squares(NewBuffer());
+    std::map<std::int32_t, std::int64_t> model;
+    for (int i = 0; i < 60000; ++i) {
+        const auto key = static_cast<std::int32_t>(random() % 5000);
+        if (random() % 3 == 0) {
+            squares.Remove(key);
+            model.erase(key);
+        } else {
+            squares.Need(key) = i;
+            model[key] = i;
+        }
+    }
+    ASSERT_EQ(model.size(), squares.size());
+    EXPECT_EQ(0, Check(squares));
+    auto entry = squares.begin();
+    for (const auto& [key, value] : model) {
+        ASSERT_EQ(key, *entry);
+        ASSERT_EQ(value, entry.Value());
+        ASSERT_EQ(value, *squares.Find(key));
+        ++entry;
+    }
+}
+
+/// Adds keys to chunks of every size up to several chunks, with every request for memory refused in turn.
+TEST(SortedChunksMemoryTest, AKeyThatFindsNoMemoryIsNotAddedAndTheOthersStay) {
+    KivTests::TestBuffers buffers;
+    const std::unique_ptr<KivBase::Buffer> buffer(KivBase::CreateBuffer(0, 0, 65536, false));
+    WideChunks chunks(buffer.get());
+    std::mt19937 random(4);  // NOLINT(bugprone-random-generator-seed): the same numbers each time
+    int failures = 0;
+    for (std::size_t size = 0; size < 4000; ++size) {
+        std::int32_t number = 0;
+        do {
+            number = static_cast<std::int32_t>(random() % 100000);
+        } while (chunks.Exists({number, {}}));
+        for (int served = 0; chunks.size() == size; ++served) {
+            buffers.FailAfter(served, KivTests::BufferLog::Refusal::Throw);
+            try {
+                chunks.Add({number, {}});
+            } catch (const std::bad_alloc&) {
+                ++failures;
+                ASSERT_EQ(size, chunks.size());
+                ASSERT_FALSE(chunks.Exists({number, {}}));
+                ASSERT_EQ(0, Check(chunks));
+            }
+            buffers.Recover();
+        }
+        ASSERT_TRUE(chunks.Exists({number, {}}));
+    }
+    EXPECT_EQ(0, Check(chunks));
+    EXPECT_EQ(3, LevelsOf(chunks));
+    EXPECT_LE(100, failures);
+}
+
+TEST(SortedChunksMemoryTest, ACopyThatFindsNoMemoryLeavesWhatWasThereAndKeepsNone) {
+    KivTests::TestBuffers buffers;
+    const std::unique_ptr<KivBase::Buffer> buffer(KivBase::CreateBuffer(0, 0, 65536, false));
+    Chunks source(buffer.get());
+    for (std::int32_t i = 0; i < 5000; ++i) {
+        source.Add(i);
+    }
+    Chunks target(buffer.get());
+    target.Add(7);
+    const std::size_t before = buffer->BytesInUse();
+    int failures = 0;
+    for (int served = 0; target.size() == 1; ++served) {
+        buffers.FailAfter(served, KivTests::BufferLog::Refusal::AnswerNull);
+        try {
+            target.CopyFrom(source);
+        } catch (const std::bad_alloc&) {
+            ++failures;
+            ASSERT_EQ(Numbers{7}, ElementsOf(target));
+            ASSERT_EQ(before, buffer->BytesInUse());
+        }
+        buffers.Recover();
+    }
+    EXPECT_EQ(ElementsOf(source), ElementsOf(target));
+    EXPECT_LE(20, failures);
+}
+
+TEST(SortedChunksMemoryTest, RemovingNeedsNoMemory) {
+    KivTests::TestBuffers buffers;
+    const std::unique_ptr<KivBase::Buffer> buffer(KivBase::CreateBuffer(0, 0, 65536, false));
+    Chunks chunks(buffer.get());
+    for (std::int32_t i = 0; i < 20000; ++i) {
+        chunks.Add(i);
+    }
+    buffers.FailAfter(0, KivTests::BufferLog::Refusal::Throw);
+    for (std::int32_t i = 0; i < 20000; ++i) {
+        ASSERT_TRUE(chunks.Remove(i * 7 % 20000));
+    }
+    EXPECT_TRUE(chunks.empty());
+    EXPECT_EQ(0U, buffer->BytesInUse());
+}
+
+}  // namespace
+}  // namespace KivGenerics::Testing
