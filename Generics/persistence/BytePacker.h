@@ -9,7 +9,7 @@ namespace KivGenerics {
 /// Packs small numbers, most significant byte first, into 32-bit words of an archive.
 class BytePacker {
 public:
-    explicit BytePacker(ArchiveWriter out) noexcept : out_(out) {}
+    explicit BytePacker(const ArchiveWriter& out) noexcept : out_(out) {}
 
     /// Appends the `count` low bytes, 1 to 4, of a number. Every word that fills is written.
     void Put(std::uint32_t value, int count) {

@@ -19,23 +19,23 @@ namespace KivGenerics {
 // How scalar leaves are written and read: each is a value or two, without an object of its own. These stand in a header to
 // become part of the loops over a composite's children; the leaves' own operations are made of them as well.
 
-inline std::int32_t WriteValue(const Integer& leaf, ArchiveWriter out) {
+inline std::int32_t WriteValue(const Integer& leaf, const ArchiveWriter& out) {
     return out.WriteLong(leaf.Get());
 }
-inline std::int32_t WriteValue(const Boolean& leaf, ArchiveWriter out) {
+inline std::int32_t WriteValue(const Boolean& leaf, const ArchiveWriter& out) {
     return out.WriteLong(leaf.Get() ? 1 : 0);
 }
-inline std::int32_t WriteValue(const Integer64& leaf, ArchiveWriter out) {
+inline std::int32_t WriteValue(const Integer64& leaf, const ArchiveWriter& out) {
     const std::int32_t result = out.WriteLong(GetLowHalf(leaf.Get()));
     return result < 0 ? result : out.WriteLong(GetHighHalf(leaf.Get()));
 }
-inline std::int32_t WriteValue(const Double& leaf, ArchiveWriter out) {
+inline std::int32_t WriteValue(const Double& leaf, const ArchiveWriter& out) {
     return out.WriteDouble(leaf.Get());
 }
-inline std::int32_t WriteValue(const GlobalID& leaf, ArchiveWriter out) {
+inline std::int32_t WriteValue(const GlobalID& leaf, const ArchiveWriter& out) {
     return out.WriteGUID(NodeAccess::GetValue(leaf));
 }
-inline std::int32_t WriteValue(const String& leaf, ArchiveWriter out) {
+inline std::int32_t WriteValue(const String& leaf, const ArchiveWriter& out) {
     return out.WriteString(NodeAccess::GetValue(leaf));
 }
 

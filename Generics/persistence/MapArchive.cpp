@@ -129,7 +129,7 @@ private:
 };
 
 /// Opens a map's object and packs its semantic tag and child count.
-std::int32_t BeginMap(const MapChildren& children, ArchiveWriter out, BytePacker& packer, int count) {
+std::int32_t BeginMap(const MapChildren& children, const ArchiveWriter& out, BytePacker& packer, int count) {
     const std::int32_t result =
         out.BeginObject(GetObjectTag(children.map, count < kLongCount ? NodeTypeMap : kLongMap));
     if (result >= 0) {
@@ -141,7 +141,7 @@ std::int32_t BeginMap(const MapChildren& children, ArchiveWriter out, BytePacker
 
 /// Writes a map with the children that `forEach` names, keys first, then values.
 template <class ForEach>
-std::int32_t WriteMapWith(const MapChildren& children, ArchiveWriter out, bool withTransient, int count,
+std::int32_t WriteMapWith(const MapChildren& children, const ArchiveWriter& out, bool withTransient, int count,
                           ForEach forEach) {
     BytePacker packer(out);
     std::int32_t result = BeginMap(children, out, packer, count);
@@ -154,7 +154,7 @@ std::int32_t WriteMapWith(const MapChildren& children, ArchiveWriter out, bool w
     });
     result = packer.Flush();
     if (result >= 0) {
-        result = forEach([=](Node& child) { return WriteNode(child, out, withTransient); });
+        result = forEach([&out, withTransient](Node& child) { return WriteNode(child, out, withTransient); });
     }
     return result < 0 ? result : out.EndObject();
 }
@@ -276,7 +276,7 @@ std::int32_t WriteMap(const MapChildren& children, COrvWriteArchive* archive, bo
     return WriteMap(children, ArchiveWriter(archive), withTransient);
 }
 
-std::int32_t WriteMap(const MapChildren& children, ArchiveWriter out, bool withTransient) {
+std::int32_t WriteMap(const MapChildren& children, const ArchiveWriter& out, bool withTransient) {
     const WrittenChildren written(children, GetLimit(withTransient));
     return WriteMapWith(children, out, withTransient, written.GetCount(),
                         [&](auto use) { return written.ForEach(use); });
@@ -284,7 +284,7 @@ std::int32_t WriteMap(const MapChildren& children, ArchiveWriter out, bool withT
 
 // Only the composite children of the fixed slots are written; the count in the header counts all the same what is not.
 // kept-on-purpose: root-write-count
-std::int32_t WriteRootMap(const MapChildren& children, ArchiveWriter out, bool withTransient, int slotFlags) {
+std::int32_t WriteRootMap(const MapChildren& children, const ArchiveWriter& out, bool withTransient, int slotFlags) {
     const EnumOrvGenericsTemporality limit = GetLimit(withTransient);
     return WriteMapWith(children, out, withTransient, GetMapSize(children, limit), [&](auto use) {
         std::int32_t result = ResultSuccess;
@@ -303,7 +303,7 @@ std::int32_t WriteRootMap(const MapChildren& children, COrvWriteArchive* archive
     return WriteRootMap(children, ArchiveWriter(archive), withTransient, slotFlags);
 }
 
-std::int32_t WriteRoot(Node& root, ArchiveWriter out, bool withTransient, int slotFlags) {
+std::int32_t WriteRoot(Node& root, const ArchiveWriter& out, bool withTransient, int slotFlags) {
     return root.GetType() == NodeTypeMap
                ? WriteRootMap(MapChildren(static_cast<Map&>(root)), out, withTransient, slotFlags)
                : root.WriteToArchive(out.GetArchive(), withTransient, slotFlags);

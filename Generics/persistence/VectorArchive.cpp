@@ -30,15 +30,15 @@ std::int32_t WriteEach(const Elements& elements, bool withTransient, Write write
 
 /// Writes elements of which the first is a leaf of this class: as a rule all are.
 template <class Leaf, class Elements>
-std::int32_t WriteLeaves(const Elements& elements, ArchiveWriter out, bool withTransient) {
-    return WriteEach(elements, withTransient, [=](Node& element) {
+std::int32_t WriteLeaves(const Elements& elements, const ArchiveWriter& out, bool withTransient) {
+    return WriteEach(elements, withTransient, [&out, withTransient](Node& element) {
         return element.GetType() == Leaf::StaticType ? WriteValue(static_cast<const Leaf&>(element), out)
                                                      : WriteNode(element, out, withTransient);
     });
 }
 
 template <class Elements>
-std::int32_t WriteElements(const Elements& elements, ArchiveWriter out, bool withTransient) {
+std::int32_t WriteElements(const Elements& elements, const ArchiveWriter& out, bool withTransient) {
     switch (elements.empty() ? NodeTypeVector : elements.front()->GetType()) {
         case NodeTypeInteger: return WriteLeaves<Integer>(elements, out, withTransient);
         case NodeTypeGlobalID: return WriteLeaves<GlobalID>(elements, out, withTransient);
@@ -53,7 +53,8 @@ std::int32_t WriteElements(const Elements& elements, ArchiveWriter out, bool wit
         case NodeTypeStringSet:
         case NodeTypeDoubleSet: break;
     }
-    return WriteEach(elements, withTransient, [=](Node& element) { return WriteNode(element, out, withTransient); });
+    return WriteEach(elements, withTransient,
+                     [&out, withTransient](Node& element) { return WriteNode(element, out, withTransient); });
 }
 
 bool MayAppend(const Vector& vector, NodeType type) {
@@ -142,7 +143,7 @@ std::int32_t ReadObjects(Vector& vector, ArchiveDecoder& decoder, std::uint32_t 
 
 // One type byte, the first element's, describes them all: Add keeps elements to one kind.
 // kept-on-purpose: vector-type-byte
-std::int32_t WriteVector(Vector& vector, ArchiveWriter out, bool withTransient) {
+std::int32_t WriteVector(Vector& vector, const ArchiveWriter& out, bool withTransient) {
     const int count = vector.GetSize(GetLimit(withTransient));
     const bool isLong = count >= kLongCount;
     std::int32_t result = out.BeginObject(GetObjectTag(vector, isLong ? kLongVector : NodeTypeVector));

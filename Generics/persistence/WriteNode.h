@@ -10,12 +10,12 @@
 namespace KivGenerics {
 
 // As the operations of these names, with an archive of which it is known whose it is.
-std::int32_t WriteVector(Vector& vector, ArchiveWriter out, bool withTransient);
-std::int32_t WriteMap(const MapChildren& children, ArchiveWriter out, bool withTransient);
-std::int32_t WriteRoot(Node& root, ArchiveWriter out, bool withTransient, int slotFlags);
+std::int32_t WriteVector(Vector& vector, const ArchiveWriter& out, bool withTransient);
+std::int32_t WriteMap(const MapChildren& children, const ArchiveWriter& out, bool withTransient);
+std::int32_t WriteRoot(Node& root, const ArchiveWriter& out, bool withTransient, int slotFlags);
 
 /// Writes a node of any kind; scalars right here.
-inline std::int32_t WriteNode(Node& node, ArchiveWriter out, bool withTransient) {
+inline std::int32_t WriteNode(Node& node, const ArchiveWriter& out, bool withTransient) {
     switch (node.GetType()) {
         case NodeTypeInteger: return WriteValue(static_cast<const Integer&>(node), out);
         case NodeTypeGlobalID: return WriteValue(static_cast<const GlobalID&>(node), out);
