@@ -60,7 +60,9 @@ int CheckMapChildren(const MapChildren& children) {
     if (children.overflow == nullptr) {
         return 0;
     }
-    for (const auto& [index, child] : *children.overflow) {
+    for (auto entry = children.overflow->begin(); entry != children.overflow->end(); ++entry) {
+        const int index = *entry;
+        Node* const child = entry.Value();
         if (children.IsSlot(index) || index < 0 || child == nullptr) {
             return kMapOverflow;
         }

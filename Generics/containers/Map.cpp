@@ -23,8 +23,8 @@ Node* Map::GetFromOverflow(int index) const noexcept {
     if (overflow == nullptr) {
         return nullptr;
     }
-    const auto entry = overflow->find(index);
-    return entry != overflow->end() ? entry->second : nullptr;
+    Node* const* const place = overflow->Find(index);
+    return place != nullptr ? *place : nullptr;
 }
 
 // kept-on-purpose: map-hash-zero

@@ -18,21 +18,21 @@ TreeImpl& TreeOf(const MapChildren& children) noexcept {
 MapOverflow& NeedOverflow(const MapChildren& children) {
     if (children.overflow == nullptr) {
         KivBase::Buffer* const buffer = TreeOf(children).GetBuffer();
-        children.overflow = new (KivBase::In<MapOverflow>(*buffer)) MapOverflow(MapOverflow::allocator_type(buffer));
+        children.overflow = new (KivBase::In<MapOverflow>(*buffer)) MapOverflow(buffer);
     }
     return *children.overflow;
 }
 
 // The place for a child at `index`, a slot or an entry of the overflow store; a new entry holds null.
 Node*& NeedPlace(const MapChildren& children, int index) {
-    return children.IsSlot(index) ? children.slots[index] : NeedOverflow(children)[index];
+    return children.IsSlot(index) ? children.slots[index] : NeedOverflow(children).Need(index);
 }
 
 void ForgetEmptyPlace(const MapChildren& children, int index) noexcept {
     if (!children.IsSlot(index) && children.overflow != nullptr) {
-        const auto entry = children.overflow->find(index);
-        if (entry != children.overflow->end() && entry->second == nullptr) {
-            children.overflow->erase(entry);
+        Node* const* const place = children.overflow->Find(index);
+        if (place != nullptr && *place == nullptr) {
+            children.overflow->Remove(index);
         }
     }
 }
@@ -126,10 +126,9 @@ Node* DetachFromMap(const MapChildren& children, int index) {
     if (children.IsSlot(index)) {
         std::swap(node, children.slots[index]);
     } else if (children.overflow != nullptr) {
-        const auto entry = children.overflow->find(index);
-        if (entry != children.overflow->end()) {
-            node = entry->second;
-            children.overflow->erase(entry);
+        if (Node* const* const place = children.overflow->Find(index)) {
+            node = *place;
+            children.overflow->Remove(index);
         }
     }
     if (node == nullptr) {

@@ -25,13 +25,13 @@ Node* MapImpl<N>::GetNext(int index) const {
                 return slots_[i];
             }
         }
-        return overflow_ != nullptr && !overflow_->empty() ? overflow_->begin()->second : nullptr;
+        return overflow_ != nullptr && !overflow_->empty() ? overflow_->begin().Value() : nullptr;
     }
     if (overflow_ == nullptr) {
         return nullptr;
     }
-    const auto entry = overflow_->upper_bound(index);
-    return entry != overflow_->end() ? entry->second : nullptr;
+    const auto entry = overflow_->After(index);
+    return entry != overflow_->end() ? entry.Value() : nullptr;
 }
 
 template <int N>

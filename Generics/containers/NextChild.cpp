@@ -21,12 +21,12 @@ Node* TakeNext(Map& map, int& position) noexcept {
     if (children.overflow == nullptr) {
         return nullptr;
     }
-    const auto entry = children.overflow->lower_bound(position);
+    const auto entry = children.overflow->After(position - 1);
     if (entry == children.overflow->end()) {
         return nullptr;
     }
-    position = entry->first + 1;
-    return entry->second;
+    position = *entry + 1;
+    return entry.Value();
 }
 
 }  // namespace

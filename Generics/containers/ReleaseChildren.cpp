@@ -18,7 +18,7 @@ void ForgetChildren(Composite& composite) noexcept {
     const MapChildren children(static_cast<Map&>(composite));
     std::fill_n(children.slots, children.slotCount, nullptr);
     if (children.overflow != nullptr) {
-        children.overflow->clear();
+        children.overflow->Clear();
     }
 }
 

@@ -23,15 +23,19 @@ public:
 
     /// The next child, or null behind the last.
     Node* Next() noexcept {
-        while (next_ != end_) {
-            if (Node* const child = *next_++) {
-                return child;
+        for (;;) {
+            while (next_ != end_) {
+                if (Node* const child = *next_++) {
+                    return child;
+                }
             }
+            if (beyond_.GetRunLength() == 0) {
+                return nullptr;
+            }
+            next_ = beyond_.GetRunValues();
+            end_ = next_ + beyond_.GetRunLength();
+            beyond_.SkipRun();
         }
-        if (overflow_ == nullptr || entry_ == overflow_->end()) {
-            return nullptr;
-        }
-        return (entry_++)->second;
     }
 
 private:
@@ -44,16 +48,15 @@ private:
         const MapChildren children(map);
         next_ = children.slots;
         end_ = next_ + children.slotCount;
-        overflow_ = children.overflow;
-        if (overflow_ != nullptr) {
-            entry_ = overflow_->begin();
+        if (children.overflow != nullptr) {
+            beyond_ = children.overflow->begin();
         }
     }
 
+    // Children side by side: a vector's or the slots of a map, then those of a chunk of its overflow store after the other.
     Node* const* next_ = nullptr;
     Node* const* end_ = nullptr;
-    MapOverflow* overflow_ = nullptr;
-    MapOverflow::iterator entry_{};
+    MapOverflow::Iterator beyond_;
 };
 
 }  // namespace KivGenerics

@@ -2,18 +2,16 @@
 
 #include <cstdint>
 #include <functional>
-#include <map>
-#include <utility>
 
-#include <KivBase/Allocator.h>
 #include <KivGenerics/Map.h>
+#include <KivGenerics/SortedChunks.h>
 
 #include "core/NodeAccess.h"
 
 namespace KivGenerics {
 
 /// Children at indexes beyond the fixed slots, in ascending order, in the forest's memory.
-using MapOverflow = std::map<int, Node*, std::less<int>, KivBase::Allocator<std::pair<const int, Node*>>>;
+using MapOverflow = SortedChunks<int, std::less<int>, Node*>;
 
 /// The children of a map whatever its number of slots: what the sixteen classes hand to the operations that they share.
 struct MapChildren {
@@ -44,14 +42,7 @@ struct MapChildren {
     /// The same for the children beyond the fixed slots.
     template <class Use>
     bool ForEachInOverflow(Use use) const {
-        if (overflow != nullptr) {
-            for (const auto& entry : *overflow) {
-                if (!use(entry.second)) {
-                    return false;
-                }
-            }
-        }
-        return true;
+        return overflow == nullptr || overflow->ForEach([&](const auto& entry) { return use(entry.Value()); });
     }
 };
 

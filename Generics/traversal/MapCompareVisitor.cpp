@@ -9,11 +9,8 @@ Node* MapCompareVisitor::TakeNext() {
             return child;
         }
     }
-    if (mine_.overflow == nullptr) {
-        return nullptr;
-    }
-    while (entry_ != mine_.overflow->end()) {
-        Node* const child = (entry_++)->second;
+    while (entry_ != MapOverflow::Iterator()) {
+        Node* const child = (entry_++).Value();
         if (NodeAccess::GetDerived(*child) <= t_) {
             return child;
         }

@@ -29,7 +29,7 @@ private:
     int result_ = 0;
     EnumOrvGenericsTemporality t_;
     int slot_ = 0;
-    MapOverflow::iterator entry_{};
+    MapOverflow::Iterator entry_;
 };
 
 }  // namespace KivGenerics

@@ -97,21 +97,13 @@ bool WalkMapChildren(const MapChildren& children, Visitor* visitor, SemanticTag 
             children.map.Remove(i);
         }
     }
-    if (children.overflow == nullptr) {
-        return true;
-    }
-    for (auto entry = children.overflow->begin(); entry != children.overflow->end();) {
-        Node* const child = entry->second;
+    return children.ForEachInOverflow([&](Node* child) {
         const VisitCode code = WalkChild(*child, visitor, tag, flags);
-        if (code == VisitStop) {
-            return false;
-        }
-        ++entry;  // before the removal takes the child's entry away
         if (code == VisitRemove) {
             child->Remove();
         }
-    }
-    return true;
+        return code != VisitStop;
+    });
 }
 
 }  // namespace

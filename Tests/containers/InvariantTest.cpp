@@ -124,7 +124,7 @@ TEST_F(InvariantTest, AChildOfAnotherTreeInAMapIsItsThird) {
 TEST_F(InvariantTest, AnOverflowEntryThatHoldsNullIsAMapsFourth) {
     auto* const map = static_cast<MapImpl<8>*>(map_);
     ASSERT_EQ(8, map->GetSlotCount());
-    (*(map->*GetOverflow()))[20] = nullptr;
+    (map->*GetOverflow())->Need(20) = nullptr;
     EXPECT_EQ(4, CheckInvariants(map_));
     EXPECT_EQ(4, CheckInvariants(root_));
 }
@@ -133,7 +133,7 @@ TEST_F(InvariantTest, AnOverflowKeyBelowTheSlotsIsAMapsFourth) {
     auto* const map = static_cast<MapImpl<8>*>(map_);
     Node* const child = NewLeaf()->Detach();
     NodeAccess::Place(*child, map_, 3);
-    (*(map->*GetOverflow()))[3] = child;
+    (map->*GetOverflow())->Need(3) = child;
     EXPECT_EQ(4, CheckInvariants(map_));
 }
 

@@ -207,6 +207,7 @@ public:
 
     // From here on so many keys lie side by side, and those after them where SkipRun leads to.
     const Key* GetRun() const noexcept { return leaf_->GetKeys() + at_; }
+    Payload* GetRunValues() const noexcept { return leaf_->GetPayloads() + at_; }
     int GetRunLength() const noexcept { return leaf_ != nullptr ? leaf_->size - at_ : 0; }
     void SkipRun() noexcept {
         leaf_ = chunks_->GetLeafAfter(*leaf_);
