@@ -26,25 +26,20 @@ Asked Ask(Composite& composite) noexcept {
     return asked;
 }
 
-EnumOrvGenericsTemporality CalculateLeaf(Node& leaf) noexcept {
-    const EnumOrvGenericsTemporality own = leaf.GetTemporality();
-    const EnumOrvGenericsTemporality derived = own == TemporalityDefault ? TemporalityPersistent : own;
-    NodeAccess::SetDerived(leaf, derived);
-    return derived;
-}
-
 /// Asks the leaves that come next, and answers the composite behind them, or null at the end.
 Composite* AskLeaves(Asked& asked) noexcept {
     EnumOrvGenericsTemporality least = asked.least;
     EnumOrvGenericsTemporality greatest = TemporalityReserved;
-    Node* child = asked.children.Next();
-    for (; child != nullptr && !IsCompositeType(child->GetType()); child = asked.children.Next()) {
-        const EnumOrvGenericsTemporality derived = CalculateLeaf(*child);
-        least = (std::min)(least, derived);
-        greatest = (std::max)(greatest, derived);
+    ChildCursor children = asked.children;
+    Node* child = children.Next();
+    for (; child != nullptr && !IsCompositeType(child->GetType()); child = children.Next()) {
+        const EnumOrvGenericsTemporality derived = NodeAccess::CalculateLeaf(*child);
+        least = derived < least ? derived : least;
+        greatest = greatest < derived ? derived : greatest;
     }
     asked.isUniform = asked.isUniform && child == nullptr && least >= greatest;
     asked.least = least;
+    asked.children = children;
     return static_cast<Composite*>(child);
 }
 

@@ -41,15 +41,9 @@ Node* Vector::GetNext(int index) const {
 // Room for one more child, made before the child is, so that a failure leaves no node without a place. A read-only tree
 // refuses here as it would in the factory.
 void Vector::MakeRoom() {
-    if (children_.size() == children_.capacity()) {
-        NodeAccess::GetTree(*this)->TestWritable();
-        constexpr std::size_t kFirstRoom = 4;
-        children_.reserve((std::max)(kFirstRoom, children_.capacity() * 2));
-    }
-}
-
-void Vector::Append(Node* node) noexcept {
-    children_.push_back(node);
+    NodeAccess::GetTree(*this)->TestWritable();
+    constexpr std::size_t kFirstRoom = 4;
+    children_.reserve((std::max)(kFirstRoom, children_.capacity() * 2));
 }
 
 void Vector::Renumber(std::size_t from) noexcept {
@@ -69,7 +63,7 @@ Node* Vector::NewNode(int index, NodeType type, bool keepOld, SemanticTag tag) {
     CheckIndex(index);
     const bool append = static_cast<std::size_t>(index) == children_.size();
     if (append) {
-        MakeRoom();
+        NeedRoom();
     }
     TreeImpl& tree = *NodeAccess::GetTree(*this);
     Node* const node = tree.CreateNode(type, this, index, tag);
@@ -77,7 +71,7 @@ Node* Vector::NewNode(int index, NodeType type, bool keepOld, SemanticTag tag) {
         return nullptr;
     }
     if (append) {
-        Append(node);
+        children_.push_back(node);
     } else if (keepOld) {
         if (!IsCompositeType(type)) {
             Raise(Texts::CannotKeepOldNode);
@@ -94,21 +88,23 @@ Node* Vector::NewNode(int index, NodeType type, bool keepOld, SemanticTag tag) {
     return node;
 }
 
+void Vector::RefuseKind() {
+    Raise(Texts::DifferentChildren);
+}
+
 Node* Vector::Add(NodeType type, SemanticTag tag) {
-    if (!children_.empty() && children_.front()->GetType() != type) {
-        Raise(Texts::DifferentChildren);
-    }
-    MakeRoom();
+    CheckKind(type);
+    NeedRoom();
     Node* const node = NodeAccess::GetTree(*this)->CreateNode(type, this, static_cast<int>(children_.size()), tag);
     if (node != nullptr) {
-        Append(node);
+        children_.push_back(node);
     }
     return node;
 }
 
 Node* Vector::Insert(int index, NodeType type, SemanticTag tag) {
     CheckIndex(index);
-    MakeRoom();
+    NeedRoom();
     Node* const node = NodeAccess::GetTree(*this)->CreateNode(type, this, index, tag);
     if (node != nullptr) {
         hInsertNode(index, node);
@@ -153,7 +149,7 @@ void Vector::Move(int index, Node* node) {
     CheckIndex(index);
     Composite::Move(index, node);
     if (node->parent_ != this) {
-        MakeRoom();
+        NeedRoom();
     } else if (static_cast<std::size_t>(index) == children_.size()) {
         Raise(Texts::MoveOutOfRange);
     }

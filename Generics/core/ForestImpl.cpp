@@ -44,6 +44,14 @@ std::size_t ForestImpl::BufferQueryB() const {
     return buffer_->BytesInUse();
 }
 
+Node* ForestImpl::TakeReusableNode(NodeType type, SemanticTag tag) noexcept {
+    if (type == NodeTypeMap) {
+        return mapsWait_ ? TakeReusableMap(tag) : nullptr;
+    }
+    const bool isKnown = type >= NodeTypeInteger && type <= NodeTypeInteger64;
+    return isKnown && IsWaiting(type) ? TakeWaiting(type) : nullptr;
+}
+
 Node* ForestImpl::Pop(Node*& head) noexcept {
     Node* const node = head;
     head = NodeAccess::GetLink(*node);

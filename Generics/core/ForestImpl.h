@@ -28,16 +28,13 @@ public:
     explicit ForestImpl(EnumOrvObjectType type);
 
     /// A waiting node that can serve as a new one of this kind and tag, taken off its list; null when there is none.
-    Node* TakeReusableNode(NodeType type, SemanticTag tag) noexcept {
-        return type == NodeTypeMap ? (mapsWait_ ? TakeReusableMap(tag) : nullptr) : TakeReusable(type);
-    }
-    /// The same for a kind that has no tag.
-    Node* TakeReusable(NodeType type) noexcept {
-        if (type < NodeTypeInteger || type > NodeTypeInteger64 || freeByType_[type - 1] == nullptr) {
-            return nullptr;
-        }
-        return Pop(freeByType_[type - 1]);
-    }
+    Node* TakeReusableNode(NodeType type, SemanticTag tag) noexcept;
+    /// The nodes that wait, by kind - 1; the place of maps stays empty.
+    Node* const* GetWaiting() const noexcept { return freeByType_; }
+    /// True when TakeWaiting has a node of this kind, which is none without tags.
+    bool IsWaiting(NodeType type) const noexcept { return freeByType_[type - 1] != nullptr; }
+    /// Takes the node of this kind that waits.
+    Node* TakeWaiting(NodeType type) noexcept { return Pop(freeByType_[type - 1]); }
     /// Puts a node on the list of its kind. Its parent field is the link from now on.
     void RecycleNode(Node* node) noexcept;
 

@@ -62,6 +62,16 @@ struct NodeAccess {
     static EnumOrvGenericsTemporality GetStoredDerived(const Node& node) noexcept { return node.StoredDerived(); }
     /// The derived temporality, calculated first when it has not been; ancestors are not asked.
     static EnumOrvGenericsTemporality GetDerived(Node& node) { return node.DerivedValue(); }
+    /// The same for a leaf.
+    static EnumOrvGenericsTemporality GetDerivedOfLeaf(Node& leaf) noexcept {
+        return leaf.derivedTemporality_ == TemporalityDefault ? CalculateLeaf(leaf) : leaf.StoredDerived();
+    }
+    /// Node::CalculateDerivedTemporality, which no leaf overrides.
+    static EnumOrvGenericsTemporality CalculateLeaf(Node& leaf) noexcept {
+        leaf.derivedTemporality_ =
+            leaf.temporality_ == TemporalityDefault ? std::int8_t{TemporalityPersistent} : leaf.temporality_;
+        return leaf.StoredDerived();
+    }
     static void SetDerived(Node& node, EnumOrvGenericsTemporality t) noexcept {
         node.derivedTemporality_ = static_cast<std::int8_t>(t);
     }

@@ -1,5 +1,7 @@
 // The only file that knows every concrete class.
 
+#include <iterator>
+
 #include <KivGenerics/Boolean.h>
 #include <KivGenerics/Double.h>
 #include <KivGenerics/DoubleSet.h>
@@ -19,13 +21,19 @@
 #include "core/TreeImpl.h"
 
 namespace KivGenerics {
-
 // The node may come from another tree of the forest.
 void TreeImpl::Adopt(Node& node, Composite* parent, int index) noexcept {
     node.tree_ = this;
     node.temporality_ = TemporalityDefault;
     node.derivedTemporality_ = TemporalityDefault;
     NodeAccess::Place(node, parent, index);
+}
+
+Node* NodeSource::Reuse(NodeType type, Composite* parent, int index) noexcept {
+    auto& tree = static_cast<TreeImpl&>(*this);
+    Node* const node = tree.forest_->TakeWaiting(type);
+    tree.Adopt(*node, parent, index);
+    return node;
 }
 
 Node* TreeImpl::ConstructMap(Composite* parent, int index, SemanticTag tag) {
@@ -49,33 +57,52 @@ Node* TreeImpl::ConstructMap(Composite* parent, int index, SemanticTag tag) {
     }
 }
 
-Node* TreeImpl::CreateNode(NodeType type, Composite* parent, int index, SemanticTag tag) {
-    CheckReadOnly();
-    Node* node = forest_->TakeReusableNode(type, tag);
+Node* TreeImpl::CreateMap(Composite* parent, int index, SemanticTag tag) {
+    Node* node = forest_->TakeReusableNode(NodeTypeMap, tag);
     if (node != nullptr) {
         Adopt(*node, parent, index);
-    } else if (type < NodeTypeInteger || type > NodeTypeInteger64) {
-        Raise(Texts::InvalidType);
     } else {
-        switch (type) {
-            case NodeTypeInteger: node = Construct<Integer>(parent, index); break;
-            case NodeTypeGlobalID: node = Construct<GlobalID>(parent, index); break;
-            case NodeTypeString: node = Construct<String>(parent, index); break;
-            case NodeTypeDouble: node = Construct<Double>(parent, index); break;
-            case NodeTypeBoolean: node = Construct<Boolean>(parent, index); break;
-            case NodeTypeVector: node = Construct<Vector>(parent, index); break;
-            case NodeTypeMap: node = ConstructMap(parent, index, tag); break;
-            case NodeTypeIntegerSet: node = Construct<IntegerSet>(parent, index); break;
-            case NodeTypeIdSet: node = Construct<IdSet>(parent, index); break;
-            case NodeTypeStringSet: node = Construct<StringSet>(parent, index); break;
-            case NodeTypeDoubleSet: node = Construct<DoubleSet>(parent, index); break;
-            case NodeTypeInteger64: node = Construct<Integer64>(parent, index); break;
-        }
+        node = ConstructMap(parent, index, tag);
     }
-    if (node != nullptr && type == NodeTypeMap && tag != SemanticTagNone) {
+    if (node != nullptr && tag != SemanticTagNone) {
         static_cast<Map*>(node)->SetSemanticTag(tag);
     }
     return node;
+}
+
+namespace {
+
+using Maker = Node* (*)(TreeImpl& tree, Composite* parent, int index);
+
+/// By kind, from 1 on; a map is made by its tag.
+constexpr Maker kMakers[] = {
+    TreeImpl::Make<Integer>,
+    TreeImpl::Make<GlobalID>,
+    TreeImpl::Make<String>,
+    TreeImpl::Make<Double>,
+    TreeImpl::Make<Boolean>,
+    TreeImpl::Make<Vector>,
+    nullptr,
+    TreeImpl::Make<IntegerSet>,
+    TreeImpl::Make<IdSet>,
+    TreeImpl::Make<StringSet>,
+    TreeImpl::Make<DoubleSet>,
+    TreeImpl::Make<Integer64>,
+};
+static_assert(std::size(kMakers) == NodeTypeInteger64);
+
+}  // namespace
+
+// Every way on is the last call, so that what nearly all nodes need keeps nothing on the stack.
+Node* TreeImpl::CreateNode(NodeType type, Composite* parent, int index, SemanticTag tag) {
+    CheckReadOnly();
+    if (type == NodeTypeMap) {
+        return CreateMap(parent, index, tag);
+    }
+    if (type < NodeTypeInteger || type > NodeTypeInteger64) {
+        Raise(Texts::InvalidType);
+    }
+    return waiting_[type - 1] != nullptr ? Reuse(type, parent, index) : kMakers[type - 1](*this, parent, index);
 }
 
 }  // namespace KivGenerics

@@ -40,19 +40,35 @@ private:
     }
 };
 
+namespace {
+
+/// Composite::Get without the virtual call.
+Node* GetChild(const Node& composite, std::int32_t index) noexcept {
+    return composite.GetType() == NodeTypeMap ? static_cast<const Map&>(composite).GetNV(index)
+                                              : static_cast<const Vector&>(composite).GetNV(index);
+}
+
+}  // namespace
+
 TreeImpl::TreeImpl() : TreeImpl(EnumOrvObjectType(0)) {}
 
 TreeImpl::TreeImpl(EnumOrvObjectType type) {
     try {
         forest_ = new ForestImpl(type);
-        forest_->AddRef();
+        UseForest();
     } catch (const std::bad_alloc&) {
         forest_ = nullptr;
     }
 }
 
 TreeImpl::TreeImpl(ForestImpl* forest) : forest_(forest) {
+    UseForest();
+}
+
+void TreeImpl::UseForest() noexcept {
     forest_->AddRef();
+    buffer_ = &forest_->GetBuffer();
+    waiting_ = forest_->GetWaiting();
 }
 
 TreeImpl::~TreeImpl() {
@@ -182,7 +198,7 @@ Node* TreeImpl::FindNodeByKey(const KivBase::WString& key) const {
         if (unit >= u'0' && unit <= u'9') {
             number = number * 10U + static_cast<std::uint32_t>(unit - u'0');
         } else if (unit == u':' && IsCompositeType(node->GetType())) {
-            node = static_cast<Composite*>(node)->Get(static_cast<std::int32_t>(number));
+            node = GetChild(*node, static_cast<std::int32_t>(number));
             number = 0;
         } else {
             node = nullptr;

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <new>
 
-#include <KivGenerics/ChangeGuard.h>
 #include <KivGenerics/Composite.h>
+#include <KivGenerics/NodeSource.h>
 #include <KivGenerics/Tree.h>
 #include <KivSynch/AtomicLong.h>
 
@@ -16,7 +16,7 @@ namespace KivGenerics {
 class ArchiveWriter;
 
 /// The one implementation of Tree.
-class TreeImpl final : public Tree, public ChangeGuard {
+class TreeImpl final : public Tree, public NodeSource {
 public:
     ~TreeImpl() override;
     std::int32_t AddRef() override;
@@ -54,9 +54,9 @@ public:
     /// The node factory, the only place where nodes come from: a node of this kind for `parent` and `index`, reused or new.
     /// The caller places it. Null where a host's buffer answers null. Throws Exception for a kind outside 1 to 12.
     Node* CreateNode(NodeType type, Composite* parent, int index, SemanticTag tag);
-    /// The same for a kind known when compiling that has no tag.
+    /// The last step of CreateNode for one kind.
     template <class T>
-    T* Create(Composite* parent, int index);
+    static Node* Make(TreeImpl& tree, Composite* parent, int index);
     /// Hands a node that has left its place to the forest and resets it, with everything below it.
     void ReleaseNode(Node* node);
     /// The first half of ReleaseNode: the node waits in the forest, but is not reset.
@@ -70,14 +70,17 @@ public:
     static Node* DetachFromParent(Node* node);
 
     ForestImpl* GetForest() const noexcept { return forest_; }
-    KivBase::Buffer* GetBuffer() const noexcept { return &forest_->GetBuffer(); }
+    KivBase::Buffer* GetBuffer() const noexcept { return buffer_; }
 
 private:
+    friend class NodeSource;
     class ClearTemporary;
 
     template <class T>
     T* Construct(Composite* parent, int index);
     void Adopt(Node& node, Composite* parent, int index) noexcept;
+    void UseForest() noexcept;
+    Node* CreateMap(Composite* parent, int index, SemanticTag tag);
     std::int32_t Save(const ArchiveWriter& out, bool withTransient, int slotFlags);
     std::int32_t Load(ArchiveDecoder& decoder);
     Node* ConstructMap(Composite* parent, int index, SemanticTag tag);
@@ -96,14 +99,8 @@ T* TreeImpl::Construct(Composite* parent, int index) {
 }
 
 template <class T>
-T* TreeImpl::Create(Composite* parent, int index) {
-    CheckReadOnly();
-    Node* const waiting = forest_->TakeReusable(T::StaticType);
-    if (waiting == nullptr) {
-        return Construct<T>(parent, index);
-    }
-    Adopt(*waiting, parent, index);
-    return static_cast<T*>(waiting);
+Node* TreeImpl::Make(TreeImpl& tree, Composite* parent, int index) {
+    return tree.Construct<T>(parent, index);
 }
 
 }  // namespace KivGenerics

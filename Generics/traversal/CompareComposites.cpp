@@ -29,13 +29,16 @@ int GetSeenFlags(EnumOrvGenericsTemporality t) noexcept {
                : (t == TemporalityTransient ? IterateUpToPersistent | IterateUpToTransient : kUpToBits);
 }
 
+using Elements = std::vector<Node*, KivBase::Allocator<Node*>>;
+
 /// Two composites that are being compared.
 struct Compared {
     Composite* mine = nullptr;
     Composite* theirs = nullptr;
-    ChildCursor myChildren;
-    ChildCursor theirChildren;  // of a map
-    int next = 0;               // the place of their next child, of a vector
+    ChildCursor myChildren;  // of maps
+    ChildCursor theirChildren;
+    std::size_t myNext = 0;  // of vectors
+    std::size_t theirNext = 0;
 };
 
 /// Two leaves of the same kind, both counted.
@@ -61,8 +64,10 @@ public:
     }
 
 private:
-    bool IsCounted(Node& node) const { return NodeAccess::GetDerived(node) <= t_; }
-
+    bool IsCounted(Node& node) const {
+        return (IsCompositeType(node.GetType()) ? NodeAccess::GetDerived(node) : NodeAccess::GetDerivedOfLeaf(node)) <=
+               t_;
+    }
     int Begin(Composite& mine, Node* other, bool recalc) {
         const int order = mine.Node::Compare(other, t_, recalc);
         if (order != 0 || !IsCounted(mine)) {
@@ -70,8 +75,9 @@ private:
         }
         auto* const theirs = static_cast<Composite*>(other);
         const int sizes = mine.GetSize(t_) - theirs->GetSize(t_);
-        if (sizes == 0) {
-            path_.Push({&mine, theirs, ChildCursor(mine), ChildCursor(*theirs), 0});
+        // Their map is walked over, and a walk does not enter what is outside its temporalities.
+        if (sizes == 0 && (mine.GetType() == NodeTypeVector || MayEnter(*theirs, seen_))) {
+            path_.Push({&mine, theirs, ChildCursor(mine), ChildCursor(*theirs)});
         }
         return sizes;
     }
@@ -84,50 +90,113 @@ private:
         return child;
     }
 
+    Node* TakeMyElement(const Elements& elements, std::size_t& next) const {
+        while (next < elements.size()) {
+            Node* const mine = elements[next++];
+            if (IsCounted(*mine)) {
+                return mine;
+            }
+        }
+        return nullptr;
+    }
+
     /// Where temporalities above the scale hide more of the other side than was counted, its last element stands in, and
     /// after it comes null, which Compare refuses.
-    Node* TakeTheirElement(Compared& compared) const {
-        auto& vector = static_cast<Vector&>(*compared.theirs);
-        const auto size = static_cast<int>(NodeAccess::GetChildren(vector).size());
-        Node* theirs = vector.GetNV(compared.next++);
-        while (theirs != nullptr && !IsCounted(*theirs) && compared.next < size) {
-            theirs = vector.GetNV(compared.next++);
+    Node* TakeTheirElement(const Elements& elements, std::size_t& next) const {
+        while (next < elements.size()) {
+            Node* const theirs = elements[next++];
+            if (IsCounted(*theirs) || next == elements.size()) {
+                return theirs;
+            }
         }
-        return theirs;
+        return nullptr;
     }
 
     int GoOnInVector(Compared& compared) {
-        while (Node* const mine = TakeCounted(compared.myChildren)) {
-            Node* const theirs = TakeTheirElement(compared);
-            if (IsCompositeType(mine->GetType())) {
-                return Begin(static_cast<Composite&>(*mine), theirs, false);
+        const Elements& mine = NodeAccess::GetChildren(static_cast<Vector&>(*compared.mine));
+        const Elements& theirs = NodeAccess::GetChildren(static_cast<Vector&>(*compared.theirs));
+        for (;;) {
+            if (const int order = CompareRun(mine, theirs, compared)) {
+                return order;
             }
-            if (const int order = CompareLeaves(*mine, theirs)) {
+            Node* const left = TakeMyElement(mine, compared.myNext);
+            if (left == nullptr) {
+                path_.Pop();
+                return 0;
+            }
+            Node* const right = TakeTheirElement(theirs, compared.theirNext);
+            if (IsCompositeType(left->GetType())) {
+                return Begin(static_cast<Composite&>(*left), right, false);
+            }
+            if (const int order = CompareLeaves(*left, right)) {
                 return order;
             }
         }
-        path_.Pop();
+    }
+
+    /// Compares elements of one kind as long as they come, all of them counted.
+    int CompareRun(const Elements& mine, const Elements& theirs, Compared& compared) const {
+        if (compared.myNext >= mine.size()) {
+            return 0;
+        }
+        switch (mine[compared.myNext]->GetType()) {
+            case NodeTypeInteger: return CompareRunOf<Integer>(mine, theirs, compared);
+            case NodeTypeDouble: return CompareRunOf<Double>(mine, theirs, compared);
+            case NodeTypeBoolean: return CompareRunOf<Boolean>(mine, theirs, compared);
+            case NodeTypeInteger64: return CompareRunOf<Integer64>(mine, theirs, compared);
+            case NodeTypeGlobalID:
+            case NodeTypeString:
+            case NodeTypeVector:
+            case NodeTypeMap:
+            case NodeTypeIntegerSet:
+            case NodeTypeIdSet:
+            case NodeTypeStringSet:
+            case NodeTypeDoubleSet: break;
+        }
         return 0;
     }
 
+    template <class T>
+    int CompareRunOf(const Elements& mine, const Elements& theirs, Compared& compared) const {
+        std::size_t left = compared.myNext;
+        std::size_t right = compared.theirNext;
+        int order = 0;
+        for (; order == 0 && left < mine.size() && right < theirs.size(); ++left, ++right) {
+            Node& a = *mine[left];
+            Node& b = *theirs[right];
+            if (a.GetType() != T::StaticType || b.GetType() != T::StaticType || NodeAccess::GetDerivedOfLeaf(a) > t_ ||
+                NodeAccess::GetDerivedOfLeaf(b) > t_) {
+                break;
+            }
+            order = CompareValues<T>(a, b);
+        }
+        compared.myNext = left;
+        compared.theirNext = right;
+        return order;
+    }
+
     int GoOnInMap(Compared& compared) {
-        while (Node* const theirs = compared.theirChildren.Next()) {
-            switch (IsShown(*theirs)) {
+        ChildCursor mine = compared.myChildren;
+        ChildCursor theirs = compared.theirChildren;
+        while (Node* const right = theirs.Next()) {
+            switch (IsShown(*right)) {
                 case Shown::No: continue;
                 case Shown::ItsChildren: return CompareAsShown();
                 case Shown::Itself: break;
             }
-            Node* const mine = TakeCounted(compared.myChildren);
-            if (mine == nullptr) {
+            Node* const left = TakeCounted(mine);
+            if (left == nullptr) {
                 return -1;
             }
-            if (const int order = mine->GetIndex() - theirs->GetIndex()) {
+            if (const int order = left->GetIndex() - right->GetIndex()) {
                 return order;
             }
-            if (IsCompositeType(mine->GetType())) {
-                return Begin(static_cast<Composite&>(*mine), theirs, false);
+            if (IsCompositeType(left->GetType())) {
+                compared.myChildren = mine;
+                compared.theirChildren = theirs;
+                return Begin(static_cast<Composite&>(*left), right, false);
             }
-            if (const int order = CompareLeaves(*mine, theirs)) {
+            if (const int order = CompareLeaves(*left, right)) {
                 return order;
             }
         }

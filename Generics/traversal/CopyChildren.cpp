@@ -37,6 +37,17 @@ void FillLeaf(T& copy, T& source) noexcept {
     NodeAccess::GetValue(copy) = NodeAccess::GetValue(source);
 }
 
+/// NewNode where nothing stands at the index, which is a slot's.
+Node* MakeInSlot(TreeImpl& tree, Map& target, Node*& slot, Node& source) {
+    Node* const copy = tree.CreateNode(source.GetType(), &target, source.GetIndex(), source.GetSemanticTag());
+    if (copy != nullptr) {
+        slot = copy;
+        tree.CountMore(1);
+        NodeAccess::SetTemporality(*copy, TemporalityPersistent);
+    }
+    return copy;
+}
+
 template <class T>
 Node* CopyIntoSlot(TreeImpl& tree, Map& target, Node*& slot, Node& source) {
     T* const copy = tree.Create<T>(&target, source.GetIndex());
@@ -48,19 +59,31 @@ Node* CopyIntoSlot(TreeImpl& tree, Map& target, Node*& slot, Node& source) {
     return copy;
 }
 
-/// Copies a child of any kind that is no composite; null where there is no node to be had.
-Node* CopyLeafIntoMap(Map& target, Node& source) {
-    TreeImpl& tree = *NodeAccess::GetTree(target);
-    const MapChildren children(target);
+Node* MakeInMap(TreeImpl& tree, const MapChildren& target, Node& source) {
     const int index = source.GetIndex();
-    if (children.IsSlot(index) && children.slots[index] == nullptr) {
-        Node*& slot = children.slots[index];
+    return target.IsSlot(index) && target.slots[index] == nullptr
+               ? MakeInSlot(tree, target.map, target.slots[index], source)
+               : target.map.NewNode(index, source.GetType(), false, source.GetSemanticTag());
+}
+
+Node* Populated(Node* copy, Node& source) {
+    if (copy != nullptr) {
+        copy->Populate(&source);
+    }
+    return copy;
+}
+
+/// Copies a child of any kind that is no composite; null where there is no node to be had.
+Node* CopyLeafIntoMap(TreeImpl& tree, const MapChildren& target, Node& source) {
+    const int index = source.GetIndex();
+    if (target.IsSlot(index) && target.slots[index] == nullptr) {
+        Node*& slot = target.slots[index];
         switch (source.GetType()) {
-            case NodeTypeInteger: return CopyIntoSlot<Integer>(tree, target, slot, source);
-            case NodeTypeGlobalID: return CopyIntoSlot<GlobalID>(tree, target, slot, source);
-            case NodeTypeDouble: return CopyIntoSlot<Double>(tree, target, slot, source);
-            case NodeTypeBoolean: return CopyIntoSlot<Boolean>(tree, target, slot, source);
-            case NodeTypeInteger64: return CopyIntoSlot<Integer64>(tree, target, slot, source);
+            case NodeTypeInteger: return CopyIntoSlot<Integer>(tree, target.map, slot, source);
+            case NodeTypeGlobalID: return CopyIntoSlot<GlobalID>(tree, target.map, slot, source);
+            case NodeTypeDouble: return CopyIntoSlot<Double>(tree, target.map, slot, source);
+            case NodeTypeBoolean: return CopyIntoSlot<Boolean>(tree, target.map, slot, source);
+            case NodeTypeInteger64: return CopyIntoSlot<Integer64>(tree, target.map, slot, source);
             case NodeTypeString:
             case NodeTypeVector:
             case NodeTypeMap:
@@ -70,35 +93,33 @@ Node* CopyLeafIntoMap(Map& target, Node& source) {
             case NodeTypeDoubleSet: break;
         }
     }
-    Node* const copy = target.NewNode(index, source.GetType(), false, source.GetSemanticTag());
-    if (copy != nullptr) {
-        copy->Populate(&source);
-    }
-    return copy;
+    return Populated(MakeInMap(tree, target, source), source);
 }
 
 /// Copies elements of one kind as long as they come; answers false where there is no node to be had.
 template <class T>
-bool CopyElements(TreeImpl& tree, Vector& target, Copied& copied, Node*& child) {
+bool CopyElements(TreeImpl& tree, Vector& target, Copied& copied, Node*& next) {
     auto& elements = NodeAccess::GetChildren(target);
-    for (; child != nullptr && child->GetType() == T::StaticType; child = copied.children.Next()) {
-        T* const copy = tree.Create<T>(&target, static_cast<int>(elements.size()));
+    ChildCursor children = copied.children;
+    Node* child = next;
+    T* copy = nullptr;
+    do {
+        copy = tree.Create<T>(&target, static_cast<int>(elements.size()));
         if (copy == nullptr) {
-            return false;
+            break;
         }
         elements.push_back(copy);
         tree.CountMore(kChangesInVector);
         FillLeaf(*copy, static_cast<T&>(*child));
-    }
-    return true;
+        child = children.Next();
+    } while (child != nullptr && child->GetType() == T::StaticType);
+    copied.children = children;
+    next = child;
+    return copy != nullptr;
 }
 
 bool CopyElement(Vector& target, Node& source) {
-    Node* const copy = target.Add(source.GetType(), source.GetSemanticTag());
-    if (copy != nullptr) {
-        copy->Populate(&source);
-    }
-    return copy != nullptr;
+    return Populated(target.Add(source.GetType(), source.GetSemanticTag()), source) != nullptr;
 }
 
 /// Copies the leaves that come next; answers the composite behind them, or null at the end. Elements of one vector are of
@@ -135,7 +156,11 @@ Node* CopyLeavesIntoVector(Vector& target, Copied& copied) {
 
 /// The same for a map. What is hidden is left out, but not what stands below it.
 Node* CopyLeavesIntoMap(Map& target, Copied& copied) {
-    while (Node* const child = copied.children.Next()) {
+    TreeImpl& tree = *NodeAccess::GetTree(target);
+    const MapChildren places(target);
+    ChildCursor children = copied.children;
+    Node* child = children.Next();
+    for (; child != nullptr; child = children.Next()) {
         const bool isComposite = IsCompositeType(child->GetType());
         if (!IsCopied(*child)) {
             // kept-on-purpose: copy-lifts-hidden-children
@@ -143,12 +168,13 @@ Node* CopyLeavesIntoMap(Map& target, Copied& copied) {
                 return nullptr;
             }
         } else if (isComposite) {
-            return child;
-        } else if (CopyLeafIntoMap(target, *child) == nullptr) {
+            break;
+        } else if (CopyLeafIntoMap(tree, places, *child) == nullptr) {
             return nullptr;
         }
     }
-    return nullptr;
+    copied.children = children;
+    return child;
 }
 
 Copied Begin(Composite& target, Composite& source) {
@@ -166,10 +192,10 @@ Node* CopyLeaves(Copied& copied) {
 }
 
 Composite* CopyComposite(Composite& target, Node& source) {
-    const SemanticTag tag = source.GetSemanticTag();
-    return static_cast<Composite*>(target.GetType() == NodeTypeVector
-                                       ? static_cast<Vector&>(target).Add(source.GetType(), tag)
-                                       : target.NewNode(source.GetIndex(), source.GetType(), false, tag));
+    return static_cast<Composite*>(
+        target.GetType() == NodeTypeVector
+            ? static_cast<Vector&>(target).Add(source.GetType(), source.GetSemanticTag())
+            : MakeInMap(*NodeAccess::GetTree(target), MapChildren(static_cast<Map&>(target)), source));
 }
 
 /// What Populate of a new composite does before the children come: two changes, its own and that of its Clear.

@@ -49,6 +49,37 @@ void Node::Iterate(Visitor* visitor, SemanticTag tag, int flags) {
     }
 }
 
+namespace {
+
+using Elements = std::vector<Node*, KivBase::Allocator<Node*>>;
+
+VisitCode WalkBelow(const Elements& elements, std::size_t& place, Visitor* visitor, SemanticTag tag, int flags) {
+    const VisitCode code = NodeAccess::IterateInner(*elements[place], visitor, tag, flags);
+    place += code == VisitStop || code == VisitRemove ? 0 : 1;
+    return code;
+}
+
+// As WalkElements, whatever the kind.
+VisitCode WalkRun(const Elements& elements, std::size_t& place, Visitor* visitor, SemanticTag tag, int flags) {
+    switch (elements[place]->GetType()) {
+        case NodeTypeInteger: return WalkElements(elements, place, visitor, &Visitor::VisitInteger, flags);
+        case NodeTypeGlobalID: return WalkElements(elements, place, visitor, &Visitor::VisitGlobalID, flags);
+        case NodeTypeString: return WalkElements(elements, place, visitor, &Visitor::VisitString, flags);
+        case NodeTypeDouble: return WalkElements(elements, place, visitor, &Visitor::VisitDouble, flags);
+        case NodeTypeBoolean: return WalkElements(elements, place, visitor, &Visitor::VisitBoolean, flags);
+        case NodeTypeIntegerSet: return WalkElements(elements, place, visitor, &Visitor::VisitIntegerSet, flags);
+        case NodeTypeIdSet: return WalkElements(elements, place, visitor, &Visitor::VisitIdSet, flags);
+        case NodeTypeStringSet: return WalkElements(elements, place, visitor, &Visitor::VisitStringSet, flags);
+        case NodeTypeDoubleSet: return WalkElements(elements, place, visitor, &Visitor::VisitDoubleSet, flags);
+        case NodeTypeInteger64: return WalkElements(elements, place, visitor, &Visitor::VisitInteger64, flags);
+        case NodeTypeVector:
+        case NodeTypeMap: break;
+    }
+    return WalkBelow(elements, place, visitor, tag, flags);
+}
+
+}  // namespace
+
 VisitCode Vector::Visit(Visitor* visitor, bool postOrder) {
     return visitor->VisitVector(this, postOrder);
 }
@@ -63,14 +94,12 @@ VisitCode Vector::IterateInner(Visitor* visitor, SemanticTag tag, int flags) {
         self, flags, [&](bool postOrder) { return visitor->VisitVector(this, postOrder); },
         [&](int childFlags) {
             for (std::size_t i = 0; i < children_.size();) {
-                const VisitCode code = WalkChild(*children_[i], visitor, tag, childFlags);
+                const VisitCode code = WalkRun(children_, i, visitor, tag, childFlags);
                 if (code == VisitStop) {
                     return false;
                 }
                 if (code == VisitRemove) {
                     Remove(static_cast<int>(i));  // the next child moves to i
-                } else {
-                    ++i;
                 }
             }
             return true;

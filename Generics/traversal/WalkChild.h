@@ -24,6 +24,36 @@ bool IsLeafShown(EnumOrvGenericsTemporality t, int flags) noexcept {
     return (flags & kNeeded) == kNeeded && NodeAccess::Sees(flags, t);
 }
 
+/// Bit t says whether a walk with these flags shows a leaf of the kind T that has the temporality t.
+template <class T>
+std::uint32_t GetShownTemporalities(int flags) noexcept {
+    std::uint32_t shown = 0;
+    for (int t = TemporalityReserved; t <= TemporalityTemporary; ++t) {
+        shown |= IsLeafShown<T>(static_cast<EnumOrvGenericsTemporality>(t), flags) ? 1U << t : 0U;
+    }
+    return shown;
+}
+
+/// Walks over elements of one kind as long as they come, beginning at `place`, which becomes the place of the first of another
+/// kind. When the visitor wants the walk to stop, or an element to be removed, that is the answer, and `place` the element's.
+template <class T>
+VisitCode WalkElements(const std::vector<Node*, KivBase::Allocator<Node*>>& elements, std::size_t& place,
+                       Visitor* visitor, VisitCode (Visitor::*show)(T*), int flags) {
+    const std::uint32_t shown = GetShownTemporalities<T>(flags);
+    while (place < elements.size() && elements[place]->GetType() == T::StaticType) {
+        Node& element = *elements[place];
+        const auto t = static_cast<std::uint32_t>(element.GetTemporality());
+        if (t <= TemporalityTemporary && (shown >> t & 1U) != 0) {
+            const VisitCode code = (visitor->*show)(static_cast<T*>(&element));
+            if (code == VisitStop || code == VisitRemove) {
+                return code;
+            }
+        }
+        ++place;
+    }
+    return VisitContinue;
+}
+
 /// A leaf's step of a walk: `show` is the visitor's operation for it.
 template <class T>
 VisitCode WalkLeaf(Node& leaf, Visitor* visitor, VisitCode (Visitor::*show)(T*), int flags) {

@@ -137,6 +137,18 @@ TEST_F(CompositeCompareTest, ChildrenOfReservedTemporalityAreCountedAndNotCompar
     EXPECT_EQ(-1, CompareAt(left, right)) << "this side's child at 0 against the other's at 1";
 }
 
+TEST_F(CompositeCompareTest, AMapOfReservedTemporalityIsNotWalkedOver) {
+    Map* const mine = NewMap();
+    Map* const theirs = NewMap();
+    Put(mine, 0, 1);
+    Put(theirs, 0, 2);
+    theirs->SetTemporality(TemporalityReserved);
+    EXPECT_EQ(0, CompareAt(mine, theirs));
+    EXPECT_EQ(1, CompareAt(theirs, mine));
+    Put(theirs, 1, 2);
+    EXPECT_EQ(-1, CompareAt(mine, theirs));
+}
+
 TEST_F(CompositeCompareTest, TagsDecideBeforeChildren) {
     Map* const left = NewMap(4100);
     Map* const right = NewMap(4099);

@@ -25,6 +25,7 @@ class IntegerSet;
 class Iterator;
 class Map;
 class Node;
+class NodeSource;
 class String;
 class StringSet;
 class Tree;

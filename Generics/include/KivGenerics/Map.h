@@ -45,6 +45,22 @@ public:
     }
     /// GetSemanticTag without the virtual call.
     SemanticTag GetSemanticTagNV() const noexcept { return tag_; }
+    using Composite::NewNode;
+    /// NewNode for a kind known when compiling: `NewNode<Integer>(3)`.
+    template <class T>
+    T* NewNode(int index, SemanticTag tag = SemanticTagNone) {
+        if constexpr (NodeSource::IsPlain<T>) {
+            if (static_cast<unsigned>(index) < slotCount_ && GetSlots()[index] == nullptr) {
+                T* const node = GetSource().template Create<T>(this, index);
+                if (node != nullptr) {
+                    const_cast<Node**>(GetSlots())[index] = node;
+                    node->SetTemporality(TemporalityPersistent);
+                }
+                return node;
+            }
+        }
+        return static_cast<T*>(NewNode(index, T::StaticType, false, tag));
+    }
     /// Get without the virtual call.
     Node* GetNV(int index) const noexcept {
         return static_cast<unsigned>(index) < slotCount_ ? GetSlots()[index] : GetFromOverflow(index);

@@ -9,6 +9,7 @@
 #include <KivGenerics/ChangeGuard.h>
 #include <KivGenerics/Export.h>
 #include <KivGenerics/Forward.h>
+#include <KivGenerics/NodeSource.h>
 #include <KivGenerics/NodeType.h>
 #include <KivGenerics/SemanticTag.h>
 #include <KivGenerics/Temporality.h>
@@ -138,6 +139,9 @@ protected:
         return derivedTemporality_ == TemporalityDefault ? CalculateDerivedTemporality() : StoredDerived();
     }
 
+    /// What makes the nodes of this node's tree.
+    NodeSource& GetSource() const noexcept { return static_cast<NodeSource&>(*tree_); }
+
     /// By temporality: the iteration flags that make a node of that temporality visible.
     static const std::uint32_t gcSeeTemporalityBits[5];
 
@@ -165,7 +169,7 @@ private:
     void SetIndex(int index) noexcept { index_ = index; }
     void SetParent(Composite* parent) noexcept { parent_ = parent; }
 
-    ChangeGuard* tree_;  // the guard of the tree: TreeImpl is the only class that has one
+    ChangeGuard* tree_;  // of the tree: TreeImpl is the only class that has one
     std::int8_t type_;
     std::int8_t temporality_ = TemporalityDefault;
     std::int8_t derivedTemporality_ = TemporalityDefault;

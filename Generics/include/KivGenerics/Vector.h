@@ -74,6 +74,21 @@ public:
     }
     /// Appends a child of default temporality. Throws Exception when its kind is not that of child 0.
     Node* Add(NodeType type, SemanticTag tag = SemanticTagNone);
+    /// The same for a kind known when compiling: `Add<Integer>()`.
+    template <class T>
+    T* Add(SemanticTag tag = SemanticTagNone) {
+        if constexpr (NodeSource::IsPlain<T>) {
+            CheckKind(T::StaticType);
+            NeedRoom();
+            T* const node = GetSource().template Create<T>(this, static_cast<int>(children_.size()));
+            if (node != nullptr) {
+                children_.push_back(node);
+            }
+            return node;
+        } else {
+            return static_cast<T*>(Add(T::StaticType, tag));
+        }
+    }
     /// Inserts a child of default temporality before `index`, or appends; its kind is not compared.
     Node* Insert(int index, NodeType type, SemanticTag tag = SemanticTagNone);
     /// Add, then Populate from `source`, which must not be this vector or above it.
@@ -94,8 +109,19 @@ private:
     Vector(TreeImpl* tree, Composite* parent, int index) noexcept;
 
     void CheckIndex(int index) const;
+    /// Throws Exception when child 0 is of another kind.
+    void CheckKind(NodeType type) const {
+        if (!children_.empty() && children_.front()->GetType() != type) {
+            RefuseKind();
+        }
+    }
+    [[noreturn]] static void RefuseKind();
+    void NeedRoom() {
+        if (children_.size() == children_.capacity()) {
+            MakeRoom();
+        }
+    }
     void MakeRoom();
-    void Append(Node* node) noexcept;
     void hInsertNode(int index, Node* node);
     void Renumber(std::size_t from) noexcept;
     void CopyChildren(Vector* source, const Node* forbidden);

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <new>
+#include <type_traits>
+
+#include <KivBase/Buffer.h>
+#include <KivGenerics/ChangeGuard.h>
+#include <KivGenerics/Export.h>
+#include <KivGenerics/Forward.h>
+#include <KivGenerics/NodeType.h>
+
+namespace KivGenerics {
+
+/// The part of a tree that makes nodes inline, where their kind is known when compiling.
+class NodeSource : public ChangeGuard {
+public:
+    /// True for the kinds that own nothing besides the node itself: Boolean, Double, GlobalID, Integer and Integer64.
+    template <class T>
+    static constexpr bool IsPlain = std::is_trivially_destructible_v<T>;
+
+    /// A node of the plain kind T for `parent` and `index`, reused or new; the caller places it. Counts one change. Null
+    /// where a host's buffer answers null.
+    template <class T>
+    T* Create(Composite* parent, int index) {
+        static_assert(IsPlain<T>, "a node with more to it is made by its kind's number");
+        CheckReadOnly();
+        if (waiting_[T::StaticType - 1] != nullptr) {
+            return static_cast<T*>(Reuse(T::StaticType, parent, index));
+        }
+        // A host's buffer may answer null, which a new-expression must not see.
+        void* const memory = buffer_->template Take<T>();
+        return memory != nullptr ? ::new (memory) T(this, parent, index) : nullptr;
+    }
+
+protected:
+    NodeSource() = default;
+    ~NodeSource() = default;
+
+    /// The node of this kind that waits in the forest, for `parent` and `index`.
+    KIV_GENERICS_EXPORT Node* Reuse(NodeType type, Composite* parent, int index) noexcept;
+
+    KivBase::Buffer* buffer_ = nullptr;  // of the forest
+    Node* const* waiting_ = nullptr;  // by kind - 1: the nodes that the forest hands out again
+};
+
+}  // namespace KivGenerics
