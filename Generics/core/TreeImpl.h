@@ -54,6 +54,17 @@ public:
     /// The node factory, the only place where nodes come from: a node of this kind for `parent` and `index`, reused or new.
     /// The caller places it. Null where a host's buffer answers null. Throws Exception for a kind outside 1 to 12.
     Node* CreateNode(NodeType type, Composite* parent, int index, SemanticTag tag);
+    /// CreateNode for a kind known when compiling that has no tag.
+    template <class T>
+    T* Create(Composite* parent, int index) {
+        if constexpr (IsPlain<T>) {
+            return NodeSource::Create<T>(parent, index);
+        } else {
+            CheckReadOnly();
+            return waiting_[T::StaticType - 1] != nullptr ? static_cast<T*>(Reuse(T::StaticType, parent, index))
+                                                          : Construct<T>(parent, index);
+        }
+    }
     /// The last step of CreateNode for one kind.
     template <class T>
     static Node* Make(TreeImpl& tree, Composite* parent, int index);
