@@ -1,6 +1,7 @@
 #include "Expected.h"
 
 #include <map>
+#include <unordered_set>
 #include <utility>
 
 namespace Peers {
@@ -28,6 +29,23 @@ public:
     void Map(int, int, int, Fill fill) {
         Add(0);
         fill(*this);
+    }
+
+    void Set(int, const std::vector<std::int32_t>& values) {
+        Add(0);
+        for (const std::int32_t value : values) {
+            expected_.sum += value;
+        }
+        expected_.elements += static_cast<std::int64_t>(values.size());
+    }
+    template <class T>
+    void Set(int, const std::vector<T>& values) {
+        const std::int64_t nodes = ++expected_.nodes;
+        for (const T& value : values) {
+            PutElement(*this, 0, value);
+        }
+        expected_.nodes = nodes;
+        expected_.elements += static_cast<std::int64_t>(values.size());
     }
 
 private:
@@ -66,6 +84,18 @@ Expected ExpectLookup(const std::vector<Place>& places) {
     for (const Place& place : places) {
         expected.sum += ValueAt(place);
         expected.guids += place.field == kGuidField ? 1 : 0;
+    }
+    return expected;
+}
+
+Expected ExpectContained(const Workload& workload, const std::vector<Place>& places) {
+    std::vector<std::unordered_set<std::int32_t>> sets;
+    for (const std::vector<std::int32_t>& values : *workload.sets) {
+        sets.emplace_back(values.begin(), values.end());
+    }
+    Expected expected;
+    for (const Place& place : places) {
+        expected.sum += static_cast<std::int64_t>(sets[static_cast<std::size_t>(place.record)].count(place.field));
     }
     return expected;
 }

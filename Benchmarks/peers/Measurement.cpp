@@ -74,7 +74,7 @@ Cell MakeCell(const Samples& samples, const Plan& plan, const Calm& calm) {
             cell.figures[i] = MakeFigure(samples, i, calm, plan.GetDivisor(operation));
         }
     }
-    const auto nodes = static_cast<double>(plan.expected.nodes);
+    const double nodes = plan.GetDivisor(Operation::Build);
     cell.heldBytes = samples.front().heldBytes / nodes;
     cell.savedBytes = samples.front().savedBytes / nodes;
     return cell;

@@ -66,6 +66,10 @@ public:
         Cursor<msgpack::object_kv> cursor(zone_, made.via.map.ptr);
         fill(cursor);
     }
+    template <class T>
+    void Set(int key, const std::vector<T>& values) {
+        PutSetAsVector(*this, key, values);
+    }
 
 private:
     void Put(int key, const object& value) {
@@ -135,7 +139,8 @@ public:
     void Build(const Workload& workload) override {
         zone_ = std::make_unique<msgpack::zone>();
         root_.type = msgpack::type::MAP;
-        root_.via.map = {1, Allocate<msgpack::object_kv>(*zone_, 1)};
+        const int entries = GetRootSize(workload);
+        root_.via.map = {static_cast<std::uint32_t>(entries), Allocate<msgpack::object_kv>(*zone_, entries)};
         Cursor<msgpack::object_kv> root(*zone_, root_.via.map.ptr);
         Write(workload, root);
     }

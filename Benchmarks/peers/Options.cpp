@@ -16,6 +16,8 @@ constexpr const char* kUsage =
     "  --rounds N            samples of each figure (9)\n"
     "  --only NAME,...       these systems beside this library: %s\n"
     "  --workload NAME,...   these workloads: %s\n"
+    "  --unicode FILE        the tree of the Unicode Character Database as the example UnicodeData saves it: workload "
+    "W5\n"
     "  --fresh               with memory fresh from the system; else with a warm heap\n"
     "  --csv FILE            every figure with its quartiles\n"
     "  --markdown FILE       the tables that are printed\n";
@@ -68,6 +70,15 @@ std::vector<Entry> Choose(const std::vector<Entry>& all, const std::string& name
     return found;
 }
 
+/// Those that are named, or all; that of the Unicode tree only when its file is given.
+std::vector<Workload> ChooseWorkloads(const std::string& names, const std::string& unicode) {
+    std::vector<Workload> all = GetWorkloads();
+    if (!unicode.empty()) {
+        all.push_back(MakeRecordedWorkload(unicode));
+    }
+    return names.empty() ? all : Choose(all, names);
+}
+
 void PrintUsage() {
     std::printf(kUsage, List(GetPeers()).c_str(), List(GetWorkloads()).c_str());
 }
@@ -77,7 +88,8 @@ void PrintUsage() {
 Options ReadOptions(int count, char** arguments) {
     Options options;
     std::vector<SystemEntry> peers = GetPeers();
-    options.request.workloads = GetWorkloads();
+    std::string workloads;
+    std::string unicode;
     for (int i = 1; i < count; ++i) {
         const std::string option = arguments[i];
         const auto value = [&]() -> std::string {
@@ -91,7 +103,9 @@ Options ReadOptions(int count, char** arguments) {
         } else if (option == "--only") {
             peers = Choose(peers, value());
         } else if (option == "--workload") {
-            options.request.workloads = Choose(options.request.workloads, value());
+            workloads = value();
+        } else if (option == "--unicode") {
+            unicode = value();
         } else if (option == "--fresh") {
             options.request.heap = Heap::Fresh;
         } else if (option == "--csv") {
@@ -103,6 +117,7 @@ Options ReadOptions(int count, char** arguments) {
             Fail("\"" + option + "\" is not understood");
         }
     }
+    options.request.workloads = ChooseWorkloads(workloads, unicode);
     options.request.systems = {GetOwn()};
     options.request.systems.insert(options.request.systems.end(), peers.begin(), peers.end());
     return options;

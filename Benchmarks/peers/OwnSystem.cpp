@@ -3,14 +3,18 @@
 
 #include <KivGenerics/Boolean.h>
 #include <KivGenerics/Double.h>
+#include <KivGenerics/DoubleSet.h>
 #include <KivGenerics/GlobalID.h>
+#include <KivGenerics/IdSet.h>
 #include <KivGenerics/Integer.h>
 #include <KivGenerics/Integer64.h>
+#include <KivGenerics/IntegerSet.h>
 #include <KivGenerics/IterateFlags.h>
 #include <KivGenerics/Map.h>
 #include <KivGenerics/NodeCast.h>
 #include <KivGenerics/ResultCode.h>
 #include <KivGenerics/String.h>
+#include <KivGenerics/StringSet.h>
 #include <KivGenerics/Tree.h>
 #include <KivGenerics/Vector.h>
 #include <KivGenerics/Visitor.h>
@@ -25,23 +29,17 @@ using namespace KivGenerics;
 namespace Peers {
 namespace {
 
-/// The tag of maps with this many fixed slots.
-SemanticTag TagForSlots(int slots) {
-    constexpr int kThreeSlots = 24576;
-    return slots == 3 ? SemanticTag(kThreeSlots) : SemanticTagNone;
-}
-
 template <class Composite>
 class Cursor;
 
 template <class T>
 T* New(Vector& vector, int, SemanticTag tag = SemanticTagNone) {
-    return static_cast<T*>(vector.Add(T::StaticType, tag));
+    return vector.Add<T>(tag);
 }
 
 template <class T>
 T* New(Map& map, int key, SemanticTag tag = SemanticTagNone) {
-    return static_cast<T*>(map.NewNode(key, T::StaticType, false, tag));
+    return map.NewNode<T>(key, tag);
 }
 
 template <class Composite>
@@ -63,12 +61,31 @@ public:
         fill(cursor);
     }
     template <class Fill>
-    void Map(int key, int, int slots, Fill fill) {
-        Cursor<KivGenerics::Map> cursor(*New<KivGenerics::Map>(composite_, key, TagForSlots(slots)));
+    void Map(int key, int, int tag, Fill fill) {
+        Cursor<KivGenerics::Map> cursor(*New<KivGenerics::Map>(composite_, key, SemanticTag(tag)));
         fill(cursor);
+    }
+    void Set(int key, const std::vector<std::int32_t>& values) {
+        AddAll(*New<IntegerSet>(composite_, key), values, [](std::int32_t value) { return value; });
+    }
+    void Set(int key, const std::vector<double>& values) {
+        AddAll(*New<DoubleSet>(composite_, key), values, [](double value) { return value; });
+    }
+    void Set(int key, const std::vector<TextValue>& values) {
+        AddAll(*New<StringSet>(composite_, key), values, [](const TextValue& value) { return value.units; });
+    }
+    void Set(int key, const std::vector<GuidValue>& values) {
+        AddAll(*New<IdSet>(composite_, key), values, [](const GuidValue& value) { return value.id; });
     }
 
 private:
+    template <class SetNode, class T, class Convert>
+    static void AddAll(SetNode& set, const std::vector<T>& values, Convert convert) {
+        for (const T& value : values) {
+            set.Add(convert(value));
+        }
+    }
+
     Composite& composite_;
 };
 
@@ -80,12 +97,43 @@ public:
     VisitCode VisitInteger(Integer* node) override { return Add(node->Get()); }
     VisitCode VisitInteger64(Integer64* node) override { return Add(node->Get()); }
     VisitCode VisitString(String* node) override { return Add(static_cast<std::int64_t>(node->GetLength())); }
+    VisitCode VisitIntegerSet(IntegerSet* node) override {
+        return AddElements(GetElements(*node, 0), [](std::int32_t value) { return value; });
+    }
+    VisitCode VisitDoubleSet(DoubleSet* node) override {
+        return AddElements(GetElements(*node, 0), [](double value) { return static_cast<std::int64_t>(value); });
+    }
+    VisitCode VisitStringSet(StringSet* node) override {
+        return AddElements(node->Get(),
+                           [](const KivBase::WString& value) { return static_cast<std::int64_t>(value.size()); });
+    }
+    VisitCode VisitIdSet(IdSet* node) override {
+        return AddElements(GetElements(*node, 0), [](const GUID&) { return std::int64_t{sizeof(GUID)}; });
+    }
     VisitCode VisitMap(Map*, bool) override { return Add(0); }
     VisitCode VisitVector(Vector*, bool) override { return Add(0); }
 
     Seen seen;
 
 private:
+    template <class SetNode>
+    static auto GetElements(const SetNode& node, int) -> decltype(node.GetElements()) {
+        return node.GetElements();
+    }
+    template <class SetNode>
+    static typename SetNode::Elements GetElements(const SetNode& node, long) {
+        typename SetNode::Elements elements;
+        node.Get(elements);
+        return elements;
+    }
+    template <class Elements, class GetNumber>
+    VisitCode AddElements(const Elements& elements, GetNumber getNumber) {
+        std::int64_t sum = 0;
+        for (const auto& element : elements) {
+            sum += getNumber(element);
+        }
+        return Add(sum);
+    }
     VisitCode Add(std::int64_t value) {
         ++seen.nodes;
         seen.sum += value;
@@ -133,6 +181,8 @@ public:
         return operation != Operation::Load || workload.shape != Shape::Chain || workload.size < MaxLoadNesting;
     }
 
+    bool HasSets() const override { return true; }
+
     void Build(const Workload& workload) override {
         tree_ = NewTree();
         Cursor<Map> root(*static_cast<Map*>(tree_->NewRoot(NodeTypeMap)));
@@ -145,7 +195,16 @@ public:
         const Vector& list = GetList();
         std::int64_t sum = 0;
         for (const Place& place : places) {
-            sum += GetValue(static_cast<Map*>(list.GetNV(place.record))->Get(place.field));
+            sum += GetValue(static_cast<Map*>(list.GetNV(place.record))->GetNV(place.field));
+        }
+        return sum;
+    }
+
+    std::int64_t Contains(const std::vector<Place>& places) const override {
+        const Vector& list = GetList();
+        std::int64_t sum = 0;
+        for (const Place& place : places) {
+            sum += static_cast<IntegerSet*>(list.GetNV(place.record))->Exists(place.field) ? 1 : 0;
         }
         return sum;
     }
@@ -169,7 +228,7 @@ public:
         const Vector& list = GetList();
         std::int32_t value = 0;
         for (const Place& place : places) {
-            SetValue(static_cast<Map*>(list.GetNV(place.record))->Get(place.field), value++);
+            SetValue(static_cast<Map*>(list.GetNV(place.record))->GetNV(place.field), value++);
         }
     }
 
@@ -179,7 +238,7 @@ public:
     }
 
     bool EqualsCopy() const override {
-        return tree_->GetRoot()->Compare(copy_->GetRoot(), TemporalityPersistent, true) == 0;
+        return tree_->GetRoot()->Compare(copy_->GetRoot(), TemporalityTemporary, true) == 0;
     }
 
     std::size_t Save() override {

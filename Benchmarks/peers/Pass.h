@@ -22,7 +22,7 @@ struct Plan {
     Expected found;
     Expected set;
 
-    /// What the time of an operation is divided by.
+    /// What the time of an operation is divided by: lookups, paths, what is set; nodes of this library, or elements of sets.
     double GetDivisor(Operation operation) const;
     bool Has(Operation operation) const;
 };

@@ -1,7 +1,7 @@
 // RapidJSON with its pool allocator. Its model is JSON: a map's keys are texts of digits, found one after another; a GUID is a
-// text of 36 characters; numbers are stored with all types that they fit. Objects are built through the document's own
-// handler, which lays them out exactly; large arrays are reserved instead. Texts that do not change are referenced, not copied,
-// nowhere: a host's texts do not outlive its tree.
+// text of 36 characters; there are no sets, a vector in ascending order stands for one. The tree is built through the document's
+// own events, which lays every composite out in its exact size. Keys are referenced, as names in a host's code are; texts
+// are copied.
 
 #include <rapidjson/document.h>
 #include <rapidjson/pointer.h>
@@ -44,6 +44,10 @@ public:
         Cursor<true> cursor(handler_);
         fill(cursor);
         handler_.EndObject(static_cast<SizeType>(size));
+    }
+    template <class T>
+    void Set(int key, const std::vector<T>& values) {
+        PutSetAsVector(*this, key, values);
     }
 
 private:
@@ -119,7 +123,7 @@ public:
             handler.StartObject();
             Cursor<true> root(handler);
             Write(workload, root);
-            return handler.EndObject(1);
+            return handler.EndObject(static_cast<SizeType>(GetRootSize(workload)));
         };
         document_->Populate(generate);
     }

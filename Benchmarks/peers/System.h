@@ -28,7 +28,9 @@ public:
     System& operator=(const System&) = delete;
     virtual ~System() = default;
 
+    /// Whether it does the operation at all; the reason why not stands in the head of its file.
     virtual bool Can(Operation, const Workload&) const { return true; }
+    virtual bool HasSets() const { return false; }
     /// What a GUID adds to a walk's sum.
     virtual int GuidLength() const { return 16; }
 
@@ -36,6 +38,8 @@ public:
     virtual Seen Walk() const = 0;
     /// The sum of what stands at the places: the values of leaves, and 1 for each composite.
     virtual std::int64_t Lookup(const std::vector<Place>&) const { return 0; }
+    /// How many of the places are elements of their sets; for systems that have sets.
+    virtual std::int64_t Contains(const std::vector<Place>&) const { return 0; }
     /// Makes the texts that FindPaths looks up.
     virtual void PreparePaths(const std::vector<Place>&) {}
     virtual std::int64_t FindPaths() const { return 0; }
@@ -64,9 +68,15 @@ struct SystemEntry {
 };
 
 std::unique_ptr<System> MakeOwn();
-std::unique_ptr<System> MakeRapidJson();
 std::unique_ptr<System> MakeMsgpack();
 std::unique_ptr<System> MakeUnknownFields();
+std::unique_ptr<System> MakeRapidJson();
+std::unique_ptr<System> MakeBoostJson();
+std::unique_ptr<System> MakeNlohmann();
+std::unique_ptr<System> MakePugixml();
+std::unique_ptr<System> MakeProtobuf();
+std::unique_ptr<System> MakeCapnProto();
+std::unique_ptr<System> MakeFlexBuffers();
 std::unique_ptr<System> MakeVariantMap();
 
 }  // namespace Peers

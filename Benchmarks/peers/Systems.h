@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "System.h"
@@ -13,6 +14,10 @@ SystemEntry GetOwn();
 /// The others, in the order of the tables.
 std::vector<SystemEntry> GetPeers();
 
+/// All but that of a recorded tree, which is made by MakeRecordedWorkload.
 std::vector<Workload> GetWorkloads();
+
+/// The tree of a file that this library saved.
+Workload MakeRecordedWorkload(const std::string& file);
 
 }  // namespace Peers

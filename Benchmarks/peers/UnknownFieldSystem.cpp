@@ -52,6 +52,10 @@ public:
         Cursor<true> cursor(*set_.AddGroup(Number(key)));
         fill(cursor);
     }
+    template <class T>
+    void Set(int key, const std::vector<T>& values) {
+        PutSetAsVector(*this, key, values);
+    }
 
 private:
     static int Number(int key) { return InMap ? key + 1 : 1; }

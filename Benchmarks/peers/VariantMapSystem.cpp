@@ -1,10 +1,13 @@
 // What people write by hand: std::map<int, std::variant<...>> for maps, std::vector of the same variant for vectors. It has no
 // format of its own: saving and loading write and read the kind and the value of each node, which is the least that a hand-made
-// format needs. Every map's entry is an allocation of its own, and so is every text that std::string cannot hold inside.
+// format needs. Every map's entry is an allocation of its own, and so is every text that std::string cannot hold inside. A
+// set of integers is a std::set. There are no paths.
 
 #include <array>
 #include <cstring>
 #include <map>
+#include <numeric>
+#include <set>
 #include <variant>
 
 #include "Failure.h"
@@ -17,9 +20,10 @@ struct Value;
 using List = std::vector<Value>;
 using Fields = std::map<int, Value>;
 using GuidBytes = std::array<char, 16>;
+using Integers = std::set<std::int32_t>;
 
 struct Value {
-    std::variant<std::int32_t, std::int64_t, double, bool, std::string, GuidBytes, List, Fields> content;
+    std::variant<std::int32_t, std::int64_t, double, bool, std::string, GuidBytes, List, Fields, Integers> content;
 };
 
 bool operator==(const Value& left, const Value& right) {
@@ -62,6 +66,13 @@ public:
         Cursor<Fields> cursor(Put(composite_, key).content.template emplace<Fields>());
         fill(cursor);
     }
+    void Set(int key, const std::vector<std::int32_t>& values) {
+        Put(composite_, key).content.template emplace<Integers>(values.begin(), values.end());
+    }
+    template <class T>
+    void Set(int key, const std::vector<T>& values) {
+        PutSetAsVector(*this, key, values);
+    }
 
 private:
     Composite& composite_;
@@ -76,6 +87,9 @@ struct GetValue {
     std::int64_t operator()(const GuidBytes& value) const { return static_cast<std::int64_t>(value.size()); }
     std::int64_t operator()(const List&) const { return 1; }
     std::int64_t operator()(const Fields&) const { return 1; }
+    std::int64_t operator()(const Integers& values) const {
+        return std::accumulate(values.begin(), values.end(), std::int64_t{0});
+    }
 };
 
 void WalkValue(const Value& value, Seen& seen) {
@@ -129,6 +143,12 @@ private:
             Write(element);
         }
     }
+    void Put(const Integers& values) {
+        Put(values.size());
+        for (const std::int32_t value : values) {
+            Put(value);
+        }
+    }
     void Put(const Fields& fields) {
         Put(fields.size());
         for (const auto& field : fields) {
@@ -154,6 +174,7 @@ public:
             case 5: Get(value.content.emplace<5>()); return;
             case 6: Get(value.content.emplace<6>()); return;
             case 7: Get(value.content.emplace<7>()); return;
+            case 8: Get(value.content.emplace<8>()); return;
             default: Fail("std::map: loading failed");
         }
     }
@@ -186,6 +207,13 @@ private:
             Read(element);
         }
     }
+    void Get(Integers& values) {
+        for (std::size_t left = GetSize(); left > 0; --left) {
+            std::int32_t value = 0;
+            Get(value);
+            values.emplace_hint(values.end(), value);
+        }
+    }
     void Get(Fields& fields) {
         for (std::size_t left = GetSize(); left > 0; --left) {
             int key = 0;
@@ -201,6 +229,7 @@ private:
 class VariantMapSystem final : public System {
 public:
     bool Can(Operation operation, const Workload&) const override { return operation != Operation::Path; }
+    bool HasSets() const override { return true; }
 
     void Build(const Workload& workload) override {
         root_ = std::make_unique<Value>();
@@ -215,6 +244,16 @@ public:
         std::int64_t sum = 0;
         for (const Place& place : places) {
             sum += std::visit(GetValue{}, FindField(list, place).content);
+        }
+        return sum;
+    }
+
+    std::int64_t Contains(const std::vector<Place>& places) const override {
+        const List& list = GetList();
+        std::int64_t sum = 0;
+        for (const Place& place : places) {
+            const Integers& set = std::get<Integers>(list[static_cast<std::size_t>(place.record)].content);
+            sum += static_cast<std::int64_t>(set.count(place.field));
         }
         return sum;
     }

@@ -2,12 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
-#include <string_view>
+#include <memory>
 #include <vector>
 
-#include <KivBase/Guid.h>
-#include <KivBase/WString.h>
+#include "Recording.h"
+#include "Values.h"
 
 namespace Peers {
 
@@ -17,7 +16,7 @@ enum class Shape {
     Records,  ///< maps of 8 fields of different kinds, among them a map of 3 and a vector of 4
     Sparse,  ///< maps of 40 Integers at the keys 0, 7, ... 273
     Chain,  ///< nested vectors, 3 Integers in a vector of their own in each
-    Unicode,  ///< the tree of the Unicode Character Database, as the example builds it
+    Recorded,  ///< a tree that was loaded, such as that of the Unicode Character Database
     Sets,  ///< sets of integers
 };
 
@@ -26,25 +25,13 @@ struct Workload {
     const char* title;
     Shape shape;
     int size;  ///< vectors' elements, records, maps, levels or sets
-    int setSize = 0;  ///< elements of each set
     int passes = 1;  ///< how often a short one is run for one sample
     bool counts = true;  ///< in the table of ratios
+    std::shared_ptr<const Recording> recording = nullptr;
+    std::shared_ptr<const std::vector<std::vector<std::int32_t>>> sets = nullptr;
 };
 
-/// A text as each system wants to have it, so that nothing is converted while it is measured.
-struct TextValue {
-    KivBase::WString units;
-    std::string utf8;
-};
-
-/// A GUID as the record, as its 16 bytes and as the text that formats without binary values use.
-struct GuidValue {
-    GUID id;
-    std::string_view bytes;
-    std::string_view text;
-};
-
-/// A node that is looked up or set: field `field` of record `record`.
+/// A node that is looked up or set: field `field` of record `record`; or an element that is looked up in a set.
 struct Place {
     std::int32_t record;
     std::int32_t field;
@@ -67,9 +54,12 @@ const GuidValue& GetRecordGuid();
 // A composite's content is written by a callable that gets the cursor over it:
 //
 //     Integer(key, int32), Integer64(key, int64), Double(key, double), Boolean(key, bool), Text(key, TextValue),
-//     Guid(key, GuidValue), Vector(key, size, fill), Map(key, size, slots, fill), Set(key, vector of int32)
+//     Guid(key, GuidValue), Vector(key, size, fill), Map(key, size, tag, fill), Set(key, vector of any of these values)
 //
-// `slots` is the number of keys from 0 on that a system may lay out as an array.
+// `tag` is the semantic tag that fixes the number of a map's fixed slots in this library.
+
+inline constexpr int kNoTag = 0;
+inline constexpr int kTagOfThreeSlots = 24576;
 
 template <class Cursor>
 void WriteNumbers(Cursor& list, int count) {
@@ -86,7 +76,7 @@ void WriteRecord(Cursor& record, int number) {
     record.Boolean(3, number % 2 == 0);
     record.Integer64(4, number);
     record.Guid(5, GetRecordGuid());
-    record.Map(6, kNestedFields, kNestedFields, [](auto& nested) { WriteNumbers(nested, kNestedFields); });
+    record.Map(6, kNestedFields, kTagOfThreeSlots, [](auto& nested) { WriteNumbers(nested, kNestedFields); });
     record.Vector(7, kNestedNumbers, [](auto& nested) { WriteNumbers(nested, kNestedNumbers); });
 }
 
@@ -105,7 +95,12 @@ void WriteChain(Cursor& level, int levels) {
     }
 }
 
-/// Writes the workload's tree below its root, which is a map of one entry.
+/// How many entries the root has.
+inline int GetRootSize(const Workload& workload) {
+    return workload.shape == Shape::Recorded ? workload.recording->GetRootSize() : 1;
+}
+
+/// Writes the workload's tree below its root, which is a map.
 template <class Cursor>
 void Write(const Workload& workload, Cursor& root) {
     const int size = workload.size;
@@ -114,20 +109,27 @@ void Write(const Workload& workload, Cursor& root) {
         case Shape::Records:
             root.Vector(0, size, [size](auto& list) {
                 for (int i = 0; i < size; ++i) {
-                    list.Map(i, kRecordFields, kRecordFields, [i](auto& record) { WriteRecord(record, i); });
+                    list.Map(i, kRecordFields, kNoTag, [i](auto& record) { WriteRecord(record, i); });
                 }
             });
             return;
         case Shape::Sparse:
             root.Vector(0, size, [size](auto& list) {
                 for (int i = 0; i < size; ++i) {
-                    list.Map(i, kSparseFields, kRecordFields, [](auto& map) { WriteSparse(map); });
+                    list.Map(i, kSparseFields, kNoTag, [](auto& map) { WriteSparse(map); });
                 }
             });
             return;
         case Shape::Chain: root.Vector(0, size > 1 ? 2 : 1, [size](auto& top) { WriteChain(top, size); }); return;
-        case Shape::Unicode:
-        case Shape::Sets: return;
+        case Shape::Recorded: workload.recording->Replay(root); return;
+        case Shape::Sets:
+            root.Vector(0, size, [&workload](auto& list) {
+                int key = 0;
+                for (const std::vector<std::int32_t>& set : *workload.sets) {
+                    list.Set(key++, set);
+                }
+            });
+            return;
     }
 }
 
