@@ -11,40 +11,36 @@ namespace {
 
 /// A composite whose children are being asked.
 struct Asked {
-    Composite* composite = nullptr;
+    explicit Asked(Composite& asked) noexcept : composite(asked), children(asked) {}
+
+    Composite& composite;
     ChildCursor children;
     EnumOrvGenericsTemporality least = TemporalityTemporary;  // kept-on-purpose: empty-composite-is-temporary
-    bool isVector = false;
-    bool isUniform = true;  // every child so far is a leaf and has the same value
-};
+    bool isUniform = true;                                    // every child so far is a leaf and has the same value
 
-Asked Ask(Composite& composite) noexcept {
-    Asked asked;
-    asked.composite = &composite;
-    asked.children = ChildCursor(composite);
-    asked.isVector = composite.GetType() == NodeTypeVector;
-    return asked;
-}
+    bool IsVector() const noexcept { return composite.GetType() == NodeTypeVector; }
+};
 
 /// Asks the leaves that come next, and answers the composite behind them, or null at the end.
 Composite* AskLeaves(Asked& asked) noexcept {
     EnumOrvGenericsTemporality least = asked.least;
     EnumOrvGenericsTemporality greatest = TemporalityReserved;
-    ChildCursor children = asked.children;
-    Node* child = children.Next();
-    for (; child != nullptr && !IsCompositeType(child->GetType()); child = children.Next()) {
+    Node* const below = asked.children.FindNext([&](Node* child) {
+        if (IsCompositeType(child->GetType())) {
+            return true;
+        }
         const EnumOrvGenericsTemporality derived = NodeAccess::CalculateLeaf(*child);
         least = derived < least ? derived : least;
         greatest = greatest < derived ? derived : greatest;
-    }
-    asked.isUniform = asked.isUniform && child == nullptr && least >= greatest;
+        return false;
+    });
+    asked.isUniform = asked.isUniform && below == nullptr && least >= greatest;
     asked.least = least;
-    asked.children = children;
-    return static_cast<Composite*>(child);
+    return static_cast<Composite*>(below);
 }
 
 EnumOrvGenericsTemporality GetResult(const Asked& asked) noexcept {
-    const EnumOrvGenericsTemporality own = asked.composite->GetTemporality();
+    const EnumOrvGenericsTemporality own = asked.composite.GetTemporality();
     return own == TemporalityDefault ? asked.least : own;
 }
 
@@ -54,7 +50,7 @@ EnumOrvGenericsTemporality GetResult(const Asked& asked) noexcept {
 void PushTemporality(Vector& vector, EnumOrvGenericsTemporality t) {
     FrameStack<ChildCursor> vectors;
     NodeAccess::SetDerived(vector, t);
-    vectors.Push(ChildCursor(vector));
+    vectors.Push(vector);
     while (!vectors.IsEmpty()) {
         Node* const child = vectors.Top().Next();
         if (child == nullptr) {
@@ -63,7 +59,7 @@ void PushTemporality(Vector& vector, EnumOrvGenericsTemporality t) {
         }
         NodeAccess::SetDerived(*child, t);
         if (child->GetType() == NodeTypeVector) {
-            vectors.Push(ChildCursor(static_cast<Vector&>(*child)));
+            vectors.Push(static_cast<Vector&>(*child));
         }
     }
 }
@@ -72,19 +68,20 @@ void PushTemporality(Vector& vector, EnumOrvGenericsTemporality t) {
 // level would make nested vectors cost the square of their depth.
 EnumOrvGenericsTemporality CalculateTemporality(Composite& top) {
     FrameStack<Asked> path;
-    path.Push(Ask(top));
+    path.Push(top);
     for (;;) {
-        if (Composite* const below = AskLeaves(path.Top())) {
-            path.Push(Ask(*below));
+        Asked& asked = path.Top();
+        if (Composite* const below = AskLeaves(asked)) {
+            path.Push(*below);
             continue;
         }
-        const Asked done = path.Top();
-        const EnumOrvGenericsTemporality derived = GetResult(done);
-        NodeAccess::SetDerived(*done.composite, derived);
+        Composite& done = asked.composite;
+        const EnumOrvGenericsTemporality derived = GetResult(asked);
+        const bool pushes = asked.IsVector() && !(asked.isUniform && asked.least == derived);
+        NodeAccess::SetDerived(done, derived);
         path.Pop();
-        const bool isPushedTo = !path.IsEmpty() && path.Top().isVector;
-        if (done.isVector && !isPushedTo && !(done.isUniform && done.least == derived)) {
-            PushTemporality(static_cast<Vector&>(*done.composite), derived);
+        if (pushes && (path.IsEmpty() || !path.Top().IsVector())) {
+            PushTemporality(static_cast<Vector&>(done), derived);
         }
         if (path.IsEmpty()) {
             return derived;

@@ -64,8 +64,14 @@ void Displace(Node* old, Node* node, NodeType type, bool keepOld, TreeImpl& tree
 
 int GetMapSize(const MapChildren& children, EnumOrvGenericsTemporality t) {
     int size = 0;
+    if (t == TemporalityTemporary) {
+        for (int i = 0; i < children.slotCount; ++i) {
+            size += children.slots[i] != nullptr ? 1 : 0;
+        }
+        return size + (children.overflow != nullptr ? static_cast<int>(children.overflow->size()) : 0);
+    }
     children.ForEach([&](Node* child) {
-        size += t == TemporalityTemporary || NodeAccess::GetDerived(*child) <= t ? 1 : 0;
+        size += NodeAccess::GetDerived(*child) <= t ? 1 : 0;
         return true;
     });
     return size;

@@ -23,22 +23,38 @@ public:
 
     /// The next child, or null behind the last.
     Node* Next() noexcept {
-        for (;;) {
-            while (next_ != end_) {
-                if (Node* const child = *next_++) {
+        return FindNext([](Node*) { return true; });
+    }
+
+    /// The next child that `isMeant` answers true for, or null behind the last; the others it may deal with.
+    template <class IsMeant>
+    Node* FindNext(IsMeant isMeant) noexcept(noexcept(isMeant(static_cast<Node*>(nullptr)))) {
+        do {
+            Node* const* next = next_;
+            Node* const* const end = end_;
+            while (next != end) {
+                Node* const child = *next++;
+                if (child != nullptr && isMeant(child)) {
+                    next_ = next;
                     return child;
                 }
             }
-            if (beyond_.GetRunLength() == 0) {
-                return nullptr;
-            }
-            next_ = beyond_.GetRunValues();
-            end_ = next_ + beyond_.GetRunLength();
-            beyond_.SkipRun();
-        }
+            next_ = next;
+        } while (TakeRun());
+        return nullptr;
     }
 
 private:
+    bool TakeRun() noexcept {
+        const std::size_t length = beyond_.GetRunLength();
+        if (length == 0) {
+            return false;
+        }
+        next_ = beyond_.GetRunValues();
+        end_ = next_ + length;
+        beyond_.SkipRun();
+        return true;
+    }
     void StartAt(Vector& vector) noexcept {
         auto& children = NodeAccess::GetChildren(vector);
         next_ = children.data();

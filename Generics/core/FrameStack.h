@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <new>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace KivGenerics {
@@ -15,20 +16,25 @@ template <class Frame>
 class FrameStack {
 public:
     bool IsEmpty() const noexcept { return size_ == 0; }
-    Frame& Top() noexcept { return size_ <= kInline ? *std::launder(GetFirst() + size_ - 1) : deeper_.back(); }
-    void Push(const Frame& frame) {
+    /// The innermost; valid until the next Push or Pop.
+    Frame& Top() noexcept { return *top_; }
+    template <class... Arguments>
+    void Push(Arguments&&... arguments) {
         if (size_ < kInline) {
-            ::new (static_cast<void*>(GetFirst() + size_)) Frame(frame);
+            top_ = ::new (static_cast<void*>(GetFirst() + size_)) Frame(std::forward<Arguments>(arguments)...);
         } else {
-            deeper_.push_back(frame);
+            top_ = &deeper_.emplace_back(std::forward<Arguments>(arguments)...);
         }
         ++size_;
     }
     void Pop() noexcept {
-        if (size_ > kInline) {
-            deeper_.pop_back();
-        }
         --size_;
+        if (size_ < kInline) {
+            top_ = GetFirst() + size_ - 1;
+        } else {
+            deeper_.pop_back();
+            top_ = size_ == kInline ? GetFirst() + size_ - 1 : &deeper_.back();
+        }
     }
 
 private:
@@ -40,6 +46,7 @@ private:
     alignas(Frame) unsigned char first_[kInline * sizeof(Frame)];
     std::vector<Frame> deeper_;
     std::size_t size_ = 0;
+    Frame* top_ = nullptr;
 };
 
 }  // namespace KivGenerics

@@ -33,8 +33,11 @@ using Elements = std::vector<Node*, KivBase::Allocator<Node*>>;
 
 /// Two composites that are being compared.
 struct Compared {
-    Composite* mine = nullptr;
-    Composite* theirs = nullptr;
+    Compared(Composite& myComposite, Composite& theirComposite) noexcept
+        : mine(myComposite), theirs(theirComposite), myChildren(mine), theirChildren(theirs) {}
+
+    Composite& mine;
+    Composite& theirs;
     ChildCursor myChildren;  // of maps
     ChildCursor theirChildren;
     std::size_t myNext = 0;  // of vectors
@@ -58,7 +61,7 @@ public:
         int order = Begin(mine, theirs, recalc);
         while (order == 0 && !path_.IsEmpty()) {
             Compared& compared = path_.Top();
-            order = compared.mine->GetType() == NodeTypeVector ? GoOnInVector(compared) : GoOnInMap(compared);
+            order = compared.mine.GetType() == NodeTypeVector ? GoOnInVector(compared) : GoOnInMap(compared);
         }
         return order;
     }
@@ -77,7 +80,7 @@ private:
         const int sizes = mine.GetSize(t_) - theirs->GetSize(t_);
         // Their map is walked over, and a walk does not enter what is outside its temporalities.
         if (sizes == 0 && (mine.GetType() == NodeTypeVector || MayEnter(*theirs, seen_))) {
-            path_.Push({&mine, theirs, ChildCursor(mine), ChildCursor(*theirs)});
+            path_.Push(mine, *theirs);
         }
         return sizes;
     }
@@ -113,8 +116,8 @@ private:
     }
 
     int GoOnInVector(Compared& compared) {
-        const Elements& mine = NodeAccess::GetChildren(static_cast<Vector&>(*compared.mine));
-        const Elements& theirs = NodeAccess::GetChildren(static_cast<Vector&>(*compared.theirs));
+        const Elements& mine = NodeAccess::GetChildren(static_cast<Vector&>(compared.mine));
+        const Elements& theirs = NodeAccess::GetChildren(static_cast<Vector&>(compared.theirs));
         for (;;) {
             if (const int order = CompareRun(mine, theirs, compared)) {
                 return order;
@@ -223,8 +226,8 @@ private:
     int CompareAsShown() {
         const Compared pair = path_.Top();
         path_.Pop();
-        MapCompareVisitor visitor(MapChildren(static_cast<Map&>(*pair.mine)), t_);
-        pair.theirs->Iterate(&visitor, SemanticTagNone, GetCompareFlags(t_));
+        MapCompareVisitor visitor(MapChildren(static_cast<Map&>(pair.mine)), t_);
+        pair.theirs.Iterate(&visitor, SemanticTagNone, GetCompareFlags(t_));
         return visitor.GetResult();
     }
 

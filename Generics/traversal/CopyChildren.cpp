@@ -17,8 +17,10 @@ namespace {
 
 /// A composite that is being copied.
 struct Copied {
-    Composite* target = nullptr;
-    Composite* source = nullptr;
+    Copied(Composite& copy, Composite& original) noexcept : target(copy), source(original), children(original) {}
+
+    Composite& target;
+    Composite& source;
     ChildCursor children;
 };
 
@@ -177,18 +179,16 @@ Node* CopyLeavesIntoMap(Map& target, Copied& copied) {
     return child;
 }
 
-Copied Begin(Composite& target, Composite& source) {
+void MakeRoom(Composite& target, Composite& source) {
     if (target.GetType() == NodeTypeVector) {
         auto& elements = NodeAccess::GetChildren(static_cast<Vector&>(target));
         elements.reserve(NodeAccess::GetChildren(static_cast<Vector&>(source)).size());
     }
-    return {&target, &source, ChildCursor(source)};
 }
 
 Node* CopyLeaves(Copied& copied) {
-    return copied.target->GetType() == NodeTypeVector
-               ? CopyLeavesIntoVector(static_cast<Vector&>(*copied.target), copied)
-               : CopyLeavesIntoMap(static_cast<Map&>(*copied.target), copied);
+    return copied.target.GetType() == NodeTypeVector ? CopyLeavesIntoVector(static_cast<Vector&>(copied.target), copied)
+                                                     : CopyLeavesIntoMap(static_cast<Map&>(copied.target), copied);
 }
 
 Composite* CopyComposite(Composite& target, Node& source) {
@@ -210,18 +210,20 @@ void TakeOver(Composite& target, const Node& source) {
 
 void CopyChildren(Composite& target, Composite& source) {
     FrameStack<Copied> path;
-    path.Push(Begin(target, source));
+    MakeRoom(target, source);
+    path.Push(target, source);
     while (!path.IsEmpty()) {
         Copied& copied = path.Top();
         Node* const below = CopyLeaves(copied);
-        Composite* const copy = below != nullptr ? CopyComposite(*copied.target, *below) : nullptr;
+        Composite* const copy = below != nullptr ? CopyComposite(copied.target, *below) : nullptr;
         if (copy != nullptr) {
             TakeOver(*copy, *below);
-            path.Push(Begin(*copy, static_cast<Composite&>(*below)));
+            MakeRoom(*copy, static_cast<Composite&>(*below));
+            path.Push(*copy, static_cast<Composite&>(*below));
             continue;
         }
-        if (copied.target->GetType() == NodeTypeMap) {
-            NodeAccess::SetTag(static_cast<Map&>(*copied.target), copied.source->GetSemanticTag());
+        if (copied.target.GetType() == NodeTypeMap) {
+            NodeAccess::SetTag(static_cast<Map&>(copied.target), copied.source.GetSemanticTag());
         }
         path.Pop();
     }

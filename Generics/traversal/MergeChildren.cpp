@@ -14,8 +14,10 @@ namespace {
 /// A composite that is being merged into another. Its children are found by their places: merging a composite with what stands
 /// below it may add to them.
 struct Merged {
-    Composite* target = nullptr;
-    Composite* other = nullptr;
+    Merged(Composite& merged, Composite& from) noexcept : target(merged), other(from) {}
+
+    Composite& target;
+    Composite& other;
     int position = 0;
 };
 
@@ -35,11 +37,11 @@ public:
     explicit Merger(bool flag) noexcept : flag_(flag) {}
 
     bool Run(Composite& target, Composite& other) {
-        path_.Push({&target, &other, 0});
+        path_.Push(target, other);
         while (!path_.IsEmpty()) {
             Merged& merged = path_.Top();
-            Node* const theirs = TakeNextChild(*merged.other, merged.position);
-            if (theirs == nullptr || !Merge(*merged.target, *theirs)) {
+            Node* const theirs = TakeNextChild(merged.other, merged.position);
+            if (theirs == nullptr || !Merge(merged.target, *theirs)) {
                 path_.Pop();
             }
         }
@@ -60,7 +62,7 @@ private:
         if (!IsCompositeType(mine->GetType())) {
             agreed_ = mine->MergeWith(&theirs, flag_) && agreed_;
         } else if (MergeComposite(*mine, theirs, flag_, agreed_)) {
-            path_.Push({static_cast<Composite*>(mine), static_cast<Composite*>(&theirs), 0});
+            path_.Push(static_cast<Composite&>(*mine), static_cast<Composite&>(theirs));
         }
         return true;
     }
