@@ -24,8 +24,8 @@ MapOverflow& NeedOverflow(const MapChildren& children) {
 }
 
 // The place for a child at `index`, a slot or an entry of the overflow store; a new entry holds null.
-Node*& NeedPlace(const MapChildren& children, int index) {
-    return children.IsSlot(index) ? children.slots[index] : NeedOverflow(children).Need(index);
+Node*& NeedPlace(const MapChildren& children, int index, std::size_t expected = 0) {
+    return children.IsSlot(index) ? children.slots[index] : NeedOverflow(children).Need(index, expected);
 }
 
 void ForgetEmptyPlace(const MapChildren& children, int index) noexcept {
@@ -87,14 +87,15 @@ Node* GetNthInMap(const MapChildren& children, int n) {
     return nth;
 }
 
-Node* NewNodeInMap(const MapChildren& children, int index, NodeType type, bool keepOld, SemanticTag tag) {
+Node* NewNodeInMap(const MapChildren& children, int index, NodeType type, bool keepOld, SemanticTag tag,
+                   std::size_t expected) {
     TreeImpl& tree = TreeOf(children);
     Node* const node = tree.CreateNode(type, &children.map, index, tag);
     if (node == nullptr) {
         return nullptr;
     }
     try {
-        Node*& place = NeedPlace(children, index);
+        Node*& place = NeedPlace(children, index, expected);
         if (place != nullptr) {
             Displace(place, node, type, keepOld, tree);
         }

@@ -49,7 +49,9 @@ struct MapChildren {
 // Held by the containers themselves.
 int GetMapSize(const MapChildren& children, EnumOrvGenericsTemporality t);
 Node* GetNthInMap(const MapChildren& children, int n);
-Node* NewNodeInMap(const MapChildren& children, int index, NodeType type, bool keepOld, SemanticTag tag);
+/// `expected` is the number of children that are about to come to the overflow store, this one included, if known.
+Node* NewNodeInMap(const MapChildren& children, int index, NodeType type, bool keepOld, SemanticTag tag,
+                   std::size_t expected = 0);
 void InsertIntoMap(const MapChildren& children, int index, Node* node);
 Node* DetachFromMap(const MapChildren& children, int index);
 

@@ -61,11 +61,27 @@ Node* CopyIntoSlot(TreeImpl& tree, Map& target, Node*& slot, Node& source) {
     return copy;
 }
 
-Node* MakeInMap(TreeImpl& tree, const MapChildren& target, Node& source) {
+std::size_t CountOverflow(const MapChildren& children) noexcept {
+    return children.overflow != nullptr ? children.overflow->size() : 0;
+}
+
+/// How many children the copy of a map still lacks in its overflow store.
+std::size_t CountMissing(const MapChildren& target, Composite& source) noexcept {
+    const std::size_t all = CountOverflow(MapChildren(static_cast<Map&>(source)));
+    const std::size_t present = CountOverflow(target);
+    return all > present ? all - present : 0;
+}
+
+Node* MakeInMap(TreeImpl& tree, const MapChildren& target, Node& source, Composite& parent) {
     const int index = source.GetIndex();
+    if (index < 0) {
+        // Only where a node was inserted into a vector, too, and taken out there: NewNode says what is wrong.
+        return target.map.NewNode(index, source.GetType(), false, source.GetSemanticTag());
+    }
     return target.IsSlot(index) && target.slots[index] == nullptr
                ? MakeInSlot(tree, target.map, target.slots[index], source)
-               : target.map.NewNode(index, source.GetType(), false, source.GetSemanticTag());
+               : NewNodeInMap(target, index, source.GetType(), false, source.GetSemanticTag(),
+                              CountMissing(target, parent));
 }
 
 Node* Populated(Node* copy, Node& source) {
@@ -76,7 +92,7 @@ Node* Populated(Node* copy, Node& source) {
 }
 
 /// Copies a child of any kind that is no composite; null where there is no node to be had.
-Node* CopyLeafIntoMap(TreeImpl& tree, const MapChildren& target, Node& source) {
+Node* CopyLeafIntoMap(TreeImpl& tree, const MapChildren& target, Node& source, Composite& parent) {
     const int index = source.GetIndex();
     if (target.IsSlot(index) && target.slots[index] == nullptr) {
         Node*& slot = target.slots[index];
@@ -95,7 +111,7 @@ Node* CopyLeafIntoMap(TreeImpl& tree, const MapChildren& target, Node& source) {
             case NodeTypeDoubleSet: break;
         }
     }
-    return Populated(MakeInMap(tree, target, source), source);
+    return Populated(MakeInMap(tree, target, source, parent), source);
 }
 
 /// Copies elements of one kind as long as they come; answers false where there is no node to be had.
@@ -171,7 +187,7 @@ Node* CopyLeavesIntoMap(Map& target, Copied& copied) {
             }
         } else if (isComposite) {
             break;
-        } else if (CopyLeafIntoMap(tree, places, *child) == nullptr) {
+        } else if (CopyLeafIntoMap(tree, places, *child, copied.source) == nullptr) {
             return nullptr;
         }
     }
@@ -191,11 +207,11 @@ Node* CopyLeaves(Copied& copied) {
                                                      : CopyLeavesIntoMap(static_cast<Map&>(copied.target), copied);
 }
 
-Composite* CopyComposite(Composite& target, Node& source) {
+Composite* CopyComposite(Composite& target, Node& source, Composite& parent) {
     return static_cast<Composite*>(
         target.GetType() == NodeTypeVector
             ? static_cast<Vector&>(target).Add(source.GetType(), source.GetSemanticTag())
-            : MakeInMap(*NodeAccess::GetTree(target), MapChildren(static_cast<Map&>(target)), source));
+            : MakeInMap(*NodeAccess::GetTree(target), MapChildren(static_cast<Map&>(target)), source, parent));
 }
 
 /// What Populate of a new composite does before the children come: two changes, its own and that of its Clear.
@@ -215,7 +231,7 @@ void CopyChildren(Composite& target, Composite& source) {
     while (!path.IsEmpty()) {
         Copied& copied = path.Top();
         Node* const below = CopyLeaves(copied);
-        Composite* const copy = below != nullptr ? CopyComposite(copied.target, *below) : nullptr;
+        Composite* const copy = below != nullptr ? CopyComposite(copied.target, *below, copied.source) : nullptr;
         if (copy != nullptr) {
             TakeOver(*copy, *below);
             MakeRoom(*copy, static_cast<Composite&>(*below));

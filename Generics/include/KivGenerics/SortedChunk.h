@@ -105,7 +105,9 @@ public:
 
     void Insert(int at, const Key& key, const Payload& payload) noexcept {
         const Key copy = key;
-        Shift(at, at + 1);
+        if (at != size) {
+            Shift(at, at + 1);
+        }
         GetKeys()[at] = copy;
         if constexpr (kHasPayload) {
             GetPayloads()[at] = payload;

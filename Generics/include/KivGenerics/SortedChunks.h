@@ -75,9 +75,12 @@ public:
     }
     /// Adds a key; one that is present changes nothing.
     void Add(const Key& key) { AddPlace(key, 0); }
-    /// The payload of `key`, which is added with an empty one when it is absent.
-    Payload& Need(const Key& key) {
-        const Place place = AddPlace(key, 0);
+    /// The payload of `key`, which is added with an empty one when it is absent. `expected` is the number of elements that
+    /// are about to be added, this one included, if it can be trusted: memory is taken for them.
+    Payload& Need(const Key& key, std::size_t expected = 0) {
+        const Place place = BelongsAtTheEnd(key)
+                                ? AppendToLeaf(*ToLeaf(root_), key)
+                                : AddPlace(key, static_cast<int>(expected < Leaf::kMost ? expected : Leaf::kMost));
         return place.leaf->GetPayloads()[place.at];
     }
     /// False when `key` is absent.
@@ -138,8 +141,23 @@ private:
     Leaf* GetLeafAfter(const Leaf& leaf) const noexcept;
     static Place FindInLeaf(Leaf* leaf, const Key& key) noexcept {
         const Key* const keys = leaf->GetKeys();
+        if (leaf->size > 0 && Order()(keys[leaf->size - 1], key)) {
+            return {leaf, leaf->size, false};  // keys mostly come in ascending order
+        }
         const int at = CountBefore(keys, leaf->size, [&](const Key& other) { return Order()(other, key); });
         return {leaf, at, at < leaf->size && !Order()(key, keys[at])};
+    }
+    /// True when a single leaf holds everything, has room, and `key` comes after all that it holds.
+    bool BelongsAtTheEnd(const Key& key) const noexcept {
+        return root_ != nullptr && root_->level == 0 && !root_->IsFull() &&
+               Order()(ToLeaf(root_)->GetKeys()[root_->size - 1], key);
+    }
+    Place AppendToLeaf(Leaf& leaf, const Key& key) noexcept {
+        const int at = leaf.size;
+        leaf.Insert(at, key, Payload());
+        ++size_;
+        ++changes_;
+        return {&leaf, at, false};
     }
     Place FindPlace(const Key& key) const noexcept;
     Place AddPlace(const Key& key, int expected);
