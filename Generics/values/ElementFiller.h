@@ -34,7 +34,10 @@ public:
         : destination_(destination), fresh_(destination.GetBuffer()), appender_(fresh_, expected) {}
 
     void Add(const Key& element) { appender_.Add(element); }
-    void Finish() noexcept { destination_.Swap(fresh_); }
+    void Finish() {
+        appender_.Flush();
+        destination_.Swap(fresh_);
+    }
 
 private:
     Chunks& destination_;

@@ -108,9 +108,8 @@ TEST(MemoryTest, AnElementThatDoesNotFitLeavesASetAsItWas) {
         Reading first(old);
         EXPECT_EQ(0, set->ReadFromArchive(first.decoder, false));
         LimitedBuffers::manner = manner;
-        LimitedBuffers::left = 1;
-        // The first two elements are served together, the third needs room of its own.
-        Reading second({"Begin 040B", "Long 00000003", "Long 00000006", "Long 00000007", "Long 00000008", "End"});
+        LimitedBuffers::left = 0;
+        Reading second({"Begin 040B", "Long 00000002", "Long 00000006", "Long 00000007", "End"});
         EXPECT_THROW(set->ReadFromArchive(second.decoder, false), std::bad_alloc);
         LimitedBuffers::manner = Manner::Serve;
         EXPECT_EQ(old, WriteOf(*set));

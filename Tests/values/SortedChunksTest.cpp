@@ -291,13 +291,32 @@ TEST_F(SortedChunksTest, AnAppenderTakesKeysInAnyOrderAndOnce) {
     for (const std::int32_t key : {60, 70, 70, 10, 80, 50, 90, 85}) {
         appender.Add(key);
     }
+    appender.Flush();
     EXPECT_EQ((Numbers{10, 50, 60, 70, 80, 85, 90}), ElementsOf(chunks_));
     EXPECT_EQ(0, Check(chunks_));
     for (std::int32_t key = 100; key < 5000; ++key) {
         appender.Add(key);
     }
+    appender.Flush();
+    appender.Flush();
     EXPECT_EQ(4907U, chunks_.size());
     EXPECT_EQ(0, Check(chunks_));
+}
+
+TEST_F(SortedChunksTest, AnAppenderTakesMemoryForWhatHasComeAlone) {
+    Chunks::Appender appender(chunks_);
+    for (std::int32_t key = 0; key < 9; ++key) {
+        appender.Add(key);
+    }
+    EXPECT_EQ(0U, BytesInUse()) << "collected";
+    appender.Flush();
+    EXPECT_EQ(72U, BytesInUse()) << "a head and room for 16";
+    EXPECT_EQ((Numbers{0, 1, 2, 3, 4, 5, 6, 7, 8}), ElementsOf(chunks_));
+    for (std::int32_t key = 9; key < 10000; ++key) {
+        appender.Add(key);
+    }
+    appender.Flush();
+    EXPECT_LE(static_cast<double>(BytesInUse()), 4.3 * 10000);
 }
 
 TEST_F(SortedChunksTest, GoingThroughMeetsWhatIsAddedAheadAndNotWhatIsRemovedThere) {

@@ -12,7 +12,10 @@ namespace KivGenerics {
 /// Ascending; NaN is one element after every number, -0.0 and 0.0 are one element.
 struct DoubleOrder {
     bool operator()(double left, double right) const noexcept {
-        return left < right || (left == left && right != right);
+        // All is always compared, so that a search has no branch to guess.
+        const auto isSmaller = static_cast<int>(left < right);
+        const auto isNumber = static_cast<int>(left == left);
+        return (isSmaller | (isNumber & static_cast<int>(right != right))) != 0;
     }
 };
 

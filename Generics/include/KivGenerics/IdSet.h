@@ -14,23 +14,24 @@ namespace KivGenerics {
 /// Data4 as two little-endian words. A host's KivBase::CompareGUID has no say in it.
 struct GuidOrder {
     bool operator()(const GUID& left, const GUID& right) const noexcept {
-        for (int i = 0; i < 4; ++i) {
-            if (Word(left, i) != Word(right, i)) {
-                return Word(left, i) < Word(right, i);
-            }
-        }
-        return false;
+        const std::uint64_t mine = GetFirst(left);
+        const std::uint64_t theirs = GetFirst(right);
+        // Both halves are always compared, so that a search has no branch to guess.
+        const bool isBefore = mine < theirs;
+        const bool isLevel = mine == theirs;
+        const bool isBeforeInSecond = GetSecond(left) < GetSecond(right);
+        return (static_cast<int>(isBefore) | (static_cast<int>(isLevel) & static_cast<int>(isBeforeInSecond))) != 0;
     }
 
 private:
-    static std::uint32_t Word(const GUID& id, int i) noexcept {
-        if (i == 0) {
-            return id.Data1;
-        }
-        if (i == 1) {
-            return static_cast<std::uint32_t>(id.Data3) << 16 | id.Data2;
-        }
-        const unsigned char* const bytes = id.Data4 + (i - 2) * 4;
+    /// The first two words as one number, and the last two.
+    static std::uint64_t GetFirst(const GUID& id) noexcept {
+        return static_cast<std::uint64_t>(id.Data1) << 32 | static_cast<std::uint64_t>(id.Data3) << 16 | id.Data2;
+    }
+    static std::uint64_t GetSecond(const GUID& id) noexcept {
+        return static_cast<std::uint64_t>(GetWord(id.Data4)) << 32 | GetWord(id.Data4 + 4);
+    }
+    static std::uint32_t GetWord(const unsigned char* bytes) noexcept {
         return bytes[0] | static_cast<std::uint32_t>(bytes[1]) << 8 | static_cast<std::uint32_t>(bytes[2]) << 16 |
                static_cast<std::uint32_t>(bytes[3]) << 24;
     }

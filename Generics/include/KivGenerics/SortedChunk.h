@@ -20,20 +20,35 @@ struct alignas(std::uint64_t) ChunkHead {
     std::uint16_t level;  // 0 holds elements, any other level chunks of the level below
 
     bool IsFull() const noexcept { return size == capacity; }
+
+    /// Asks for the memory of a chunk that is about to be searched, all of it at once: a search that waits for one line of
+    /// it after the other takes three times as long where the chunks do not fit the processor's cache.
+    void Fetch() const noexcept {
+        constexpr int kChunk = 1024;
+        constexpr int kLine = 64;
+        for (int i = 0; i < kChunk; i += kLine) {
+            __builtin_prefetch(reinterpret_cast<const char*>(this) + i);
+        }
+    }
 };
 
 /// The number of keys, all at the front of `keys`, for which `isBefore` holds. The steps depend on the count alone, and each
-/// answer is used as a number, so that a processor has no branch to guess.
+/// answer is used as a number, so that a processor has no branch to guess; the last few questions need not wait for each
+/// other.
 template <class Key, class IsBefore>
 int CountBefore(const Key* keys, int count, IsBefore isBefore) noexcept {
+    constexpr std::size_t kFew = 8;
     auto left = static_cast<std::size_t>(count);
     std::size_t before = 0;
-    while (left > 1) {
+    while (left > kFew) {
         const std::size_t half = left / 2;
         before += half & (std::size_t{0} - static_cast<std::size_t>(isBefore(keys[before + half - 1])));
         left -= half;
     }
-    before += left != 0 && isBefore(keys[before]) ? 1 : 0;
+    const Key* const few = keys + before;
+    for (std::size_t i = 0; i < left; ++i) {
+        before += isBefore(few[i]) ? 1 : 0;
+    }
     return static_cast<int>(before);
 }
 

@@ -138,6 +138,10 @@ private:
         }
         return ToLeaf(chunk);
     }
+    bool IsAfterAll(const Key& key) const noexcept {
+        const Leaf* const last = GetLastLeaf();
+        return Order()(last->GetKeys()[last->size - 1], key);
+    }
     Leaf* GetLeafAfter(const Leaf& leaf) const noexcept;
     static Place FindInLeaf(Leaf* leaf, const Key& key) noexcept {
         const Key* const keys = leaf->GetKeys();
@@ -266,6 +270,7 @@ auto SortedChunks<Key, Order, Payload>::FindPlace(const Key& key) const noexcept
     }
     while (chunk->level > 0) {
         chunk = ToInner(chunk)->GetPayloads()[FindChild(*ToInner(chunk), key)];
+        chunk->Fetch();
     }
     return FindInLeaf(ToLeaf(chunk), key);
 }

@@ -7,54 +7,63 @@
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
+#include <utility>
 
 #include <KivGenerics/SortedChunks.h>
 
 namespace KivGenerics {
 
-/// Adds elements that mostly come in ascending order: one that comes after all others costs no search.
+/// Adds elements that mostly come in ascending order. They are collected until the order breaks or a chunk is full, so that
+/// memory is taken for what is there and moved into place at once.
 ///
-/// Nothing else may change the chunks meanwhile.
+/// Nothing else may change the chunks meanwhile. What has been added is in them after Flush.
 template <class Key, class Order, class Payload>
 class SortedChunks<Key, Order, Payload>::Appender {
+    static_assert(std::is_empty_v<Payload>);
+
 public:
-    /// `expected` is the number of elements that will come, if it can be trusted: memory is taken for it, a chunk at a time.
-    explicit Appender(SortedChunks& chunks, std::size_t expected = 0) noexcept
-        : chunks_(chunks), last_(chunks.root_ != nullptr ? chunks.GetLastLeaf() : nullptr), expected_(expected) {}
+    /// `expected` is the number of elements that will come, if it can be trusted: chunks are made large enough for it.
+    explicit Appender(SortedChunks& chunks, std::size_t expected = 0) noexcept : chunks_(chunks), expected_(expected) {}
 
     void Add(const Key& key) {
-        if (last_ != nullptr && !last_->IsFull() && Order()(last_->GetKeys()[last_->size - 1], key)) {
-            last_->Insert(last_->size, key, Payload());
-            ++chunks_.size_;
-            ++chunks_.changes_;
+        if (count_ == Leaf::kMost || (count_ > 0 && !Order()(keys_[count_ - 1], key))) {
+            Flush();
+        }
+        keys_[count_++] = key;
+    }
+    void Flush() {
+        const int count = std::exchange(count_, 0);
+        if (count == 0) {
             return;
         }
-        AddByPlace(key);
+        if (chunks_.empty() || chunks_.IsAfterAll(keys_[0])) {
+            AddRun(keys_, count);
+            return;
+        }
+        for (int i = 0; i < count; ++i) {
+            chunks_.Add(keys_[i]);
+        }
     }
     /// Adds keys in ascending order, the first of them after all that are there.
     void AddRun(const Key* keys, int count) {
-        static_assert(std::is_empty_v<Payload>);
         while (count > 0) {
-            AddByPlace(*keys++);
-            --count;
-            const int fits = (std::min)(count, last_->capacity - last_->size);
-            last_->CopyBack(keys, fits);
+            const std::size_t left = expected_ - (std::min)(expected_, chunks_.size());
+            const std::size_t wanted = (std::max)(left, static_cast<std::size_t>(count));
+            chunks_.AddPlace(*keys, static_cast<int>((std::min)(wanted, std::size_t{Leaf::kMost})));
+            Leaf* const last = chunks_.GetLastLeaf();
+            const int fits = (std::min)(count - 1, last->capacity - last->size);
+            last->CopyBack(keys + 1, fits);
             chunks_.size_ += static_cast<std::uint32_t>(fits);
-            keys += fits;
-            count -= fits;
+            keys += fits + 1;
+            count -= fits + 1;
         }
     }
 
 private:
-    void AddByPlace(const Key& key) {
-        const std::size_t left = expected_ - (std::min)(expected_, chunks_.size());
-        chunks_.AddPlace(key, static_cast<int>((std::min)(left, std::size_t{Leaf::kMost})));
-        last_ = chunks_.GetLastLeaf();
-    }
-
     SortedChunks& chunks_;
-    Leaf* last_;
     std::size_t expected_;
+    int count_ = 0;
+    Key keys_[Leaf::kMost];  // of which count_ wait
 };
 
 template <class Key, class Order, class Payload>
@@ -153,6 +162,7 @@ bool SortedChunks<Key, Order, Payload>::Remove(const Key& key) noexcept {
         assert(step + 1 < path + kMostLevels);
         *++step = {ToInner(chunk), FindChild(*ToInner(chunk), key)};
         chunk = step->inner->GetPayloads()[step->at];
+        chunk->Fetch();
     }
     Leaf* const leaf = ToLeaf(chunk);
     const Place place = FindInLeaf(leaf, key);
