@@ -47,7 +47,10 @@ protected:
     }
 
 public:
-    EnumOrvGenericsTemporality CalculateDerivedTemporality() override { return CalculateTemporality(*this); }
+    EnumOrvGenericsTemporality CalculateDerivedTemporality() override {
+        NodeAccess::GetTree(*this)->NoteOwnDerived();
+        return CalculateTemporality(*this);
+    }
     int GetSize(EnumOrvGenericsTemporality t) override { return GetMapSize(Access(), t); }
     bool IsEmpty() const override;
     Node* Get(int index) const override { return GetNV(index); }

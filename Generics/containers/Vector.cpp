@@ -184,6 +184,7 @@ void Vector::Clear() {
 }
 
 EnumOrvGenericsTemporality Vector::CalculateDerivedTemporality() {
+    NodeAccess::GetTree(*this)->NoteOwnDerived();
     return CalculateTemporality(*this);
 }
 

@@ -37,6 +37,7 @@ SemanticTag Node::GetSemanticTag() const {
 }
 
 EnumOrvGenericsTemporality Node::CalculateDerivedTemporality() {
+    tree_->NoteOwnDerived();
     derivedTemporality_ = temporality_ == TemporalityDefault ? std::int8_t{TemporalityPersistent} : temporality_;
     return StoredDerived();
 }

@@ -211,6 +211,7 @@ void TreeImpl::UpdateDerivedTemporality() {
     if (root_ != nullptr && temporalityStale_) {
         root_->CalculateDerivedTemporality();
         temporalityStale_ = false;
+        temporalityUpdated_ = true;
     }
 }
 

@@ -80,6 +80,9 @@ public:
     /// Takes a node out of its parent, if it has one, and returns it.
     static Node* DetachFromParent(Node* node);
 
+    /// True while every derived temporality below the root is what UpdateDerivedTemporality made it: all children of a vector
+    /// have that of the vector.
+    bool HasUpdatedTemporality() const noexcept { return temporalityUpdated_ && !temporalityStale_; }
     ForestImpl* GetForest() const noexcept { return forest_; }
     KivBase::Buffer* GetBuffer() const noexcept { return buffer_; }
 

@@ -5,6 +5,7 @@
 
 #include <KivBase/WString.h>
 
+#include "core/TreeImpl.h"
 #include "persistence/COrvWriteBlockArchive.h"
 
 namespace KivGenerics {
@@ -15,6 +16,9 @@ class ArchiveWriter {
 public:
     /// Over any archive.
     ArchiveWriter(KivCOMShared::COrvWriteArchive* archive) noexcept : archive_(archive) {}
+    /// The same archive, for what stands below the root of a tree whose temporality has just been updated.
+    ArchiveWriter(const ArchiveWriter& out, const TreeImpl& tree) noexcept
+        : archive_(out.archive_), own_(out.own_), tree_(&tree) {}
     /// Over the library's own.
     ArchiveWriter(COrvWriteBlockArchive* archive) noexcept : archive_(archive), own_(archive) {}
 
@@ -39,10 +43,13 @@ public:
     std::int32_t EndObject() const { return own_ != nullptr ? own_->EndObject() : archive_->EndObject(); }
 
     KivCOMShared::COrvWriteArchive* GetArchive() const noexcept { return archive_; }
+    /// True where the children of a vector are known, without a look at them, to have its derived temporality.
+    bool AreVectorsUniform() const noexcept { return tree_ != nullptr && tree_->HasUpdatedTemporality(); }
 
 private:
     KivCOMShared::COrvWriteArchive* archive_;
     COrvWriteBlockArchive* own_ = nullptr;  // the same, where it is the library's
+    const TreeImpl* tree_ = nullptr;  // whose update was just made; null where that is not known
 };
 
 }  // namespace KivGenerics

@@ -66,7 +66,7 @@ std::int32_t TreeImpl::Save(const ArchiveWriter& out, bool withTransient, int sl
         readOnly_ = true;
         UpdateDerivedTemporality();
         if (NodeAccess::GetDerived(*root_) <= GetLimit(withTransient)) {
-            result = WriteRoot(*root_, out, withTransient, slotFlags);
+            result = WriteRoot(*root_, ArchiveWriter(out, *this), withTransient, slotFlags);
             if (result < 0) {
                 return result;
             }

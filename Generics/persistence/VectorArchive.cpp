@@ -16,30 +16,55 @@ bool IsWritten(Node& element, bool withTransient) {
     return withTransient || NodeAccess::GetDerived(element) <= TemporalityPersistent;
 }
 
-/// Writes each element with `write(element)`. Returns 0 or the first failure.
-template <class Elements, class Write>
-std::int32_t WriteEach(const Elements& elements, bool withTransient, Write write) {
-    for (Node* const element : elements) {
-        const std::int32_t result = IsWritten(*element, withTransient) ? write(*element) : ResultSuccess;
-        if (result < 0) {
-            return result;
+/// Which elements of a vector are written. Where all are known to have the vector's derived temporality, none is looked at:
+/// a great vector is read from memory once then, and not once more to count.
+class WrittenElements {
+public:
+    WrittenElements(Vector& vector, const ArchiveWriter& out, bool withTransient) noexcept
+        : vector_(vector), out_(out), withTransient_(withTransient) {}
+
+    int GetCount() const {
+        const EnumOrvGenericsTemporality limit = GetLimit(withTransient_);
+        if (!out_.AreVectorsUniform()) {
+            return vector_.GetSize(limit);
         }
+        return GetDerivedOfAll() <= limit ? vector_.GetSize(TemporalityTemporary) : 0;
     }
-    return ResultSuccess;
-}
+
+    /// Writes each element with `write(element)`. Returns 0 or the first failure.
+    template <class Write>
+    std::int32_t ForEach(Write write) const {
+        const bool areAllWritten = withTransient_ || GetDerivedOfAll() <= TemporalityPersistent;
+        for (Node* const element : NodeAccess::GetChildren(vector_)) {
+            const bool isWritten = out_.AreVectorsUniform() ? areAllWritten : IsWritten(*element, withTransient_);
+            const std::int32_t result = isWritten ? write(*element) : ResultSuccess;
+            if (result < 0) {
+                return result;
+            }
+        }
+        return ResultSuccess;
+    }
+
+private:
+    EnumOrvGenericsTemporality GetDerivedOfAll() const noexcept { return NodeAccess::GetStoredDerived(vector_); }
+
+    Vector& vector_;
+    const ArchiveWriter& out_;
+    const bool withTransient_;
+};
 
 /// Writes elements of which the first is a leaf of this class: as a rule all are.
-template <class Leaf, class Elements>
-std::int32_t WriteLeaves(const Elements& elements, const ArchiveWriter& out, bool withTransient) {
-    return WriteEach(elements, withTransient, [&out, withTransient](Node& element) {
+template <class Leaf>
+std::int32_t WriteLeaves(const WrittenElements& elements, const ArchiveWriter& out, bool withTransient) {
+    return elements.ForEach([&out, withTransient](Node& element) {
         return element.GetType() == Leaf::StaticType ? WriteValue(static_cast<const Leaf&>(element), out)
                                                      : WriteNode(element, out, withTransient);
     });
 }
 
-template <class Elements>
-std::int32_t WriteElements(const Elements& elements, const ArchiveWriter& out, bool withTransient) {
-    switch (elements.empty() ? NodeTypeVector : elements.front()->GetType()) {
+std::int32_t WriteElements(const WrittenElements& elements, NodeType first, const ArchiveWriter& out,
+                           bool withTransient) {
+    switch (first) {
         case NodeTypeInteger: return WriteLeaves<Integer>(elements, out, withTransient);
         case NodeTypeGlobalID: return WriteLeaves<GlobalID>(elements, out, withTransient);
         case NodeTypeString: return WriteLeaves<String>(elements, out, withTransient);
@@ -53,8 +78,7 @@ std::int32_t WriteElements(const Elements& elements, const ArchiveWriter& out, b
         case NodeTypeStringSet:
         case NodeTypeDoubleSet: break;
     }
-    return WriteEach(elements, withTransient,
-                     [&out, withTransient](Node& element) { return WriteNode(element, out, withTransient); });
+    return elements.ForEach([&out, withTransient](Node& element) { return WriteNode(element, out, withTransient); });
 }
 
 bool MayAppend(const Vector& vector, NodeType type) {
@@ -144,7 +168,8 @@ std::int32_t ReadObjects(Vector& vector, ArchiveDecoder& decoder, std::uint32_t 
 // One type byte, the first element's, describes them all: Add keeps elements to one kind.
 // kept-on-purpose: vector-type-byte
 std::int32_t WriteVector(Vector& vector, const ArchiveWriter& out, bool withTransient) {
-    const int count = vector.GetSize(GetLimit(withTransient));
+    const WrittenElements elements(vector, out, withTransient);
+    const int count = elements.GetCount();
     const bool isLong = count >= kLongCount;
     std::int32_t result = out.BeginObject(GetObjectTag(vector, isLong ? kLongVector : NodeTypeVector));
     if (result < 0) {
@@ -152,10 +177,10 @@ std::int32_t WriteVector(Vector& vector, const ArchiveWriter& out, bool withTran
     }
     BytePacker packer(out);
     packer.Put(static_cast<std::uint32_t>(count), isLong ? 4 : 2);
-    packer.Put(count > 0 ? GetTypeByte(*NodeAccess::GetChildren(vector).front()) : 0, 1);
+    packer.Put(count > 0 ? GetTypeByte(*vector.GetNV(0)) : 0, 1);
     result = packer.Flush();
-    if (result >= 0) {
-        result = WriteElements(NodeAccess::GetChildren(vector), out, withTransient);
+    if (result >= 0 && !vector.IsEmpty()) {
+        result = WriteElements(elements, vector.GetNV(0)->GetType(), out, withTransient);
     }
     return result < 0 ? result : out.EndObject();
 }

@@ -287,5 +287,52 @@ TEST_F(TreeSaveTest, ALeafAsRootIsSizedThoughItCannotBeSaved) {
     EXPECT_EQ((Calls{"Sizes 0 0 0 1 1", "Sizes 0 0 0 1 0"}), sizer.calls);
 }
 
+/// A map tagged 100 with a vector in slot 0 of two transient numbers, to which the vector has given its own temporality.
+class UpdatedVectorTest : public testing::Test {
+protected:
+    UpdatedVectorTest() : vector_(*Put<Vector>(tree_.GetRoot(), 0)) {
+        for (const int value : {5, 6}) {
+            AppendValue<Integer>(vector_, value)->SetTemporality(TemporalityTransient);
+        }
+    }
+
+    /// The calls between those of the envelope and of the root.
+    Calls SaveVector() const {
+        const Calls all = SaveOf(*tree_);
+        return {all.begin() + 4, all.end() - 2};
+    }
+
+    const MapTree tree_{100};
+    Vector& vector_;
+};
+
+TEST_F(UpdatedVectorTest, EveryElementIsWrittenWithTheVector) {
+    const Calls whole = {"Begin 0406", "Long 0002C100", "Long 00000005", "Long 00000006", "End"};
+    EXPECT_EQ(whole, SaveVector());
+    EXPECT_EQ(whole, SaveVector());
+}
+
+TEST_F(UpdatedVectorTest, AnElementThatWasCalculatedByItselfAfterwardsIsLeftOutAgain) {
+    tree_->UpdateDerivedTemporality();
+    EXPECT_EQ(TemporalityTransient, vector_.GetNV(1)->CalculateDerivedTemporality());
+    EXPECT_EQ((Calls{"Begin 0406", "Long 0001C100", "Long 00000005", "End"}), SaveVector());
+}
+
+TEST_F(UpdatedVectorTest, AnElementThatWasOverwrittenAfterwardsCountsAsWhatWasCopied) {
+    auto& last = static_cast<Integer&>(*vector_.GetNV(1));
+    const Integer copy = last;
+    tree_->UpdateDerivedTemporality();
+    last = copy;
+    EXPECT_EQ((Calls{"Begin 0406", "Long 0001C100", "Long 00000005", "End"}), SaveVector());
+}
+
+TEST_F(UpdatedVectorTest, AChangeBringsTheElementsBackInLine) {
+    tree_->UpdateDerivedTemporality();
+    vector_.GetNV(1)->CalculateDerivedTemporality();
+    AppendValue<Integer>(vector_, 7);
+    EXPECT_EQ((Calls{"Begin 0406", "Long 0003C100", "Long 00000005", "Long 00000006", "Long 00000007", "End"}),
+              SaveVector());
+}
+
 }  // namespace
 }  // namespace KivGenerics::Testing

@@ -31,6 +31,9 @@ public:
         changeCount_ = static_cast<std::int32_t>(static_cast<std::uint32_t>(changeCount_) + more);
     }
 
+    /// A derived temporality was set by itself: it need not be what an update of the whole tree made it.
+    void NoteOwnDerived() noexcept { temporalityUpdated_ = false; }
+
 protected:
     ChangeGuard() = default;
     ~ChangeGuard() = default;
@@ -38,6 +41,7 @@ protected:
     std::int32_t changeCount_ = 0;
     bool readOnly_ = false;
     bool temporalityStale_ = true;
+    bool temporalityUpdated_ = false;  // every derived temporality is what an update made it, unless stale
 
 private:
     [[noreturn]] KIV_GENERICS_EXPORT static void RefuseChange();

@@ -30,8 +30,18 @@ public:
     // A copy is a free-standing duplicate: it names the source's tree, parent and index, but no parent knows it.
     Node(const Node&) = default;
     Node(Node&&) = default;
-    Node& operator=(const Node&) = default;
-    Node& operator=(Node&&) = default;
+    Node& operator=(const Node& other) noexcept {
+        tree_->NoteOwnDerived();
+        other.tree_->NoteOwnDerived();
+        tree_ = other.tree_;
+        type_ = other.type_;
+        temporality_ = other.temporality_;
+        derivedTemporality_ = other.derivedTemporality_;
+        index_ = other.index_;
+        parent_ = other.parent_;
+        return *this;
+    }
+    Node& operator=(Node&& other) noexcept { return *this = static_cast<const Node&>(other); }
 
     // The order of the virtual operations is part of the interface.
 
