@@ -16,7 +16,8 @@ struct Asked {
     Composite& composite;
     ChildCursor children;
     EnumOrvGenericsTemporality least = TemporalityTemporary;  // kept-on-purpose: empty-composite-is-temporary
-    bool isUniform = true;                                    // every child so far is a leaf and has the same value
+    EnumOrvGenericsTemporality greatest = TemporalityReserved;
+    bool isSettled = true;  // the vectors among the children hold what they would be pushed
 
     bool IsVector() const noexcept { return composite.GetType() == NodeTypeVector; }
 };
@@ -24,7 +25,7 @@ struct Asked {
 /// Asks the leaves that come next, and answers the composite behind them, or null at the end.
 Composite* AskLeaves(Asked& asked) noexcept {
     EnumOrvGenericsTemporality least = asked.least;
-    EnumOrvGenericsTemporality greatest = TemporalityReserved;
+    EnumOrvGenericsTemporality greatest = asked.greatest;
     Node* const below = asked.children.FindNext([&](Node* child) {
         if (IsCompositeType(child->GetType())) {
             return true;
@@ -34,14 +35,31 @@ Composite* AskLeaves(Asked& asked) noexcept {
         greatest = greatest < derived ? derived : greatest;
         return false;
     });
-    asked.isUniform = asked.isUniform && below == nullptr && least >= greatest;
     asked.least = least;
+    asked.greatest = greatest;
     return static_cast<Composite*>(below);
 }
 
-EnumOrvGenericsTemporality GetResult(const Asked& asked) noexcept {
+/// What came of a composite.
+struct Answer {
+    Composite& composite;
+    EnumOrvGenericsTemporality derived;
+    bool isVector;
+    bool isSettled;  // a vector whose elements, and those of the vectors among them, hold its value already
+};
+
+Answer GetAnswer(const Asked& asked) noexcept {
     const EnumOrvGenericsTemporality own = asked.composite.GetTemporality();
-    return own == TemporalityDefault ? asked.least : own;
+    const EnumOrvGenericsTemporality derived = own == TemporalityDefault ? asked.least : own;
+    const bool isEmpty = asked.greatest == TemporalityReserved && asked.least == TemporalityTemporary;
+    const bool isOne = asked.least == derived && asked.greatest == derived;
+    return {asked.composite, derived, asked.IsVector(), asked.isSettled && (isEmpty || isOne)};
+}
+
+void Add(Asked& asked, const Answer& answer) noexcept {
+    asked.least = (std::min)(asked.least, answer.derived);
+    asked.greatest = (std::max)(asked.greatest, answer.derived);
+    asked.isSettled = asked.isSettled && (!answer.isVector || answer.isSettled);
 }
 
 }  // namespace
@@ -75,19 +93,17 @@ EnumOrvGenericsTemporality CalculateTemporality(Composite& top) {
             path.Push(*below);
             continue;
         }
-        Composite& done = asked.composite;
-        const EnumOrvGenericsTemporality derived = GetResult(asked);
-        const bool pushes = asked.IsVector() && !(asked.isUniform && asked.least == derived);
-        NodeAccess::SetDerived(done, derived);
+        const Answer answer = GetAnswer(asked);
+        NodeAccess::SetDerived(answer.composite, answer.derived);
         path.Pop();
-        if (pushes && (path.IsEmpty() || !path.Top().IsVector())) {
-            PushTemporality(static_cast<Vector&>(done), derived);
+        const bool isPushedTo = !path.IsEmpty() && path.Top().IsVector();
+        if (answer.isVector && !answer.isSettled && !isPushedTo) {
+            PushTemporality(static_cast<Vector&>(answer.composite), answer.derived);
         }
         if (path.IsEmpty()) {
-            return derived;
+            return answer.derived;
         }
-        path.Top().least = (std::min)(path.Top().least, derived);
-        path.Top().isUniform = false;
+        Add(path.Top(), answer);
     }
 }
 

@@ -10,14 +10,6 @@
 
 namespace KivGenerics {
 
-const std::uint32_t Node::gcSeeTemporalityBits[5] = {
-    0x00000000,  // reserved: never visible
-    0x11000000,  // default: IterateSeeDefault, IterateUpToPersistent
-    0x21000000,  // persistent: IterateSeePersistent, IterateUpToPersistent
-    0x42000000,  // transient: IterateSeeTransient, IterateUpToTransient
-    0x84000000,  // temporary: IterateSeeTemporary, IterateUpToTemporary
-};
-
 Composite* Node::GetParent() const {
     return parent_;
 }

@@ -153,7 +153,13 @@ protected:
     NodeSource& GetSource() const noexcept { return static_cast<NodeSource&>(*tree_); }
 
     /// By temporality: the iteration flags that make a node of that temporality visible.
-    static const std::uint32_t gcSeeTemporalityBits[5];
+    static constexpr std::uint32_t gcSeeTemporalityBits[5] = {
+        0x00000000,  // reserved: never visible
+        0x11000000,  // default: IterateSeeDefault, IterateUpToPersistent
+        0x21000000,  // persistent: IterateSeePersistent, IterateUpToPersistent
+        0x42000000,  // transient: IterateSeeTransient, IterateUpToTransient
+        0x84000000,  // temporary: IterateSeeTemporary, IterateUpToTemporary
+    };
 
 private:
     friend class Composite;
