@@ -5,7 +5,7 @@
 #include "CostCheck.h"
 
 int main() {
-    const int broken = CheckCosts() + CheckMemory();
+    const int broken = CheckCosts() + CheckMemory() + CheckSets();
     std::printf("%d limits broken\n", broken);
     return broken == 0 ? 0 : 1;
 }

@@ -88,7 +88,7 @@ BENCHMARK(GetVectorElement);
 
 int main(int argc, char** argv) {
     if (argc == 2 && std::strcmp(argv[1], "--check") == 0) {
-        const int broken = CheckCosts() + CheckMemory();
+        const int broken = CheckCosts() + CheckMemory() + CheckSets();
         std::printf("%d limits broken\n", broken);
         return broken == 0 ? 0 : 1;
     }

@@ -118,9 +118,10 @@ int CheckMemory() {
         broken += Report({ToText(type), MeasureLeaf(type), 48});
     }
     broken += Report({"String, without its text", MeasureLeaf(NodeTypeString), 80});
-    for (const NodeType type : {NodeTypeIntegerSet, NodeTypeDoubleSet, NodeTypeStringSet, NodeTypeIdSet}) {
-        broken += Report({ToText(type), MeasureLeaf(type), 96});
+    for (const NodeType type : {NodeTypeIntegerSet, NodeTypeDoubleSet, NodeTypeIdSet}) {
+        broken += Report({ToText(type), MeasureLeaf(type), 56});
     }
+    broken += Report({"StringSet", MeasureLeaf(NodeTypeStringSet), 96});
     broken += Report({"a slot of a map", MeasureMapSlot(), 8});
     broken += Report({"an element's place in a vector", MeasureVectorPlace(), 8 * 1.25});
     constexpr double kGrowth = 64.0 * 1024;

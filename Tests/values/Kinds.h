@@ -121,7 +121,7 @@ struct TextFacts : FixedSizeFacts {
 };
 struct SetFacts : LeafFacts {
     static constexpr int kSetChanges = 0;
-    static constexpr std::size_t kMostBytes = 96;
+    static constexpr std::size_t kMostBytes = 56;
 };
 
 /// For a leaf also the texts of three values: that of a new node, and two of which the first is the smaller.
@@ -229,6 +229,7 @@ struct Facts<IdSet> : SetFacts {
 
 template <>
 struct Facts<StringSet> : SetFacts {
+    static constexpr std::size_t kMostBytes = 96;
     static constexpr int kNumber = 10;
     static constexpr int kTypeBit = 0x200;
     static constexpr const char* kVisit = "VisitStringSet";
