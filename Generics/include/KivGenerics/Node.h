@@ -31,14 +31,16 @@ public:
     Node(const Node&) = default;
     Node(Node&&) = default;
     Node& operator=(const Node& other) noexcept {
-        tree_->NoteOwnDerived();
-        other.tree_->NoteOwnDerived();
-        tree_ = other.tree_;
-        type_ = other.type_;
-        temporality_ = other.temporality_;
-        derivedTemporality_ = other.derivedTemporality_;
-        index_ = other.index_;
-        parent_ = other.parent_;
+        if (this != &other) {
+            tree_->NoteOwnDerived();
+            other.tree_->NoteOwnDerived();
+            tree_ = other.tree_;
+            type_ = other.type_;
+            temporality_ = other.temporality_;
+            derivedTemporality_ = other.derivedTemporality_;
+            index_ = other.index_;
+            parent_ = other.parent_;
+        }
         return *this;
     }
     Node& operator=(Node&& other) noexcept { return *this = static_cast<const Node&>(other); }
