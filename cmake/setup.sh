@@ -39,6 +39,14 @@ packageOf() {
         /usr/share/iso-codes/json) echo iso-codes ;;
         help2man) echo help2man ;;
         /usr/include/benchmark/benchmark.h) echo libbenchmark-dev ;;
+        /usr/include/rapidjson/document.h) echo rapidjson-dev ;;
+        /usr/include/pugixml.hpp) echo libpugixml-dev ;;
+        /usr/include/google/protobuf/arena.h) echo libprotobuf-dev ;;
+        protoc) echo protobuf-compiler ;;
+        /usr/include/capnp/message.h) echo libcapnp-dev ;;
+        capnp) echo capnproto ;;
+        /usr/include/flatbuffers/flexbuffers.h) echo libflatbuffers-dev ;;
+        /usr/lib/*/cmake/boost_json-1.81.0) echo libboost-json1.81-dev ;;
         /usr/share/unicode/UnicodeData.txt) echo unicode-data ;;
     esac
 }
@@ -102,6 +110,17 @@ step() {
     echo "FAILED: $name. The log is build/logs/$name.log."
     echo "What to do: $advice"
     return 1
+}
+
+# unpack PACKAGE FILE: takes a package's files into build/<name> without installing it, for one that does not go with what is
+# installed: FILE is one of them, as build/<name>/usr/include/...
+unpack() {
+    [ -e "$root/$2" ] && return 0
+    local name=${2#build/}
+    local folder=$root/build/${name%%/*}
+    mkdir -p "$folder" &&
+        step "unpack-$1" "see whether apt-get reaches its servers; as root, apt-get update brings its lists." \
+            sh -c 'cd "$1" && apt-get -q download "$2" && dpkg-deb -x "$2"_*.deb .' sh "$folder" "$1"
 }
 
 # build PRESET [TARGET...]: configures where it has not been done, and builds.

@@ -7,6 +7,8 @@
 #include <malloc.h>
 #include <sys/mman.h>
 
+#include <KivBase/SpareMemory.h>
+
 namespace {
 
 std::size_t mappedBytes = 0;
@@ -42,6 +44,8 @@ void SetUpHeap(Heap heap) {
     if (heap == Heap::Warm) {
         mallopt(M_MMAP_MAX, 0);
         mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+        // The library's regions come from the system directly; they are kept like the heap.
+        KivBase::SetSpareMemory(std::numeric_limits<std::size_t>::max());
     }
 }
 

@@ -20,7 +20,10 @@ constexpr const char* kUsage =
     "W5\n"
     "  --fresh               with memory fresh from the system; else with a warm heap\n"
     "  --csv FILE            every figure with its quartiles\n"
-    "  --markdown FILE       the tables that are printed\n";
+    "  --markdown FILE       the tables that are printed\n"
+    "  --svg FOLDER          plots: systems.svg, operations.svg, with --growth growth-W1.svg and growth-W2.svg\n"
+    "  --growth              measures trees of growing size, too\n"
+    "  --check               asserts what must hold; implies --growth; the last line is \"N passed, N failed\"\n";
 
 std::vector<std::string> Split(const std::string& list) {
     std::vector<std::string> parts;
@@ -108,6 +111,13 @@ Options ReadOptions(int count, char** arguments) {
             unicode = value();
         } else if (option == "--fresh") {
             options.request.heap = Heap::Fresh;
+        } else if (option == "--svg") {
+            options.svg = value();
+        } else if (option == "--growth") {
+            options.growth = true;
+        } else if (option == "--check") {
+            options.check = true;
+            options.growth = true;
         } else if (option == "--csv") {
             options.csv = value();
         } else if (option == "--markdown") {

@@ -98,17 +98,17 @@ public:
     VisitCode VisitInteger64(Integer64* node) override { return Add(node->Get()); }
     VisitCode VisitString(String* node) override { return Add(static_cast<std::int64_t>(node->GetLength())); }
     VisitCode VisitIntegerSet(IntegerSet* node) override {
-        return AddElements(GetElements(*node, 0), [](std::int32_t value) { return value; });
+        return AddElements(node->GetElements(), [](std::int32_t value) { return value; });
     }
     VisitCode VisitDoubleSet(DoubleSet* node) override {
-        return AddElements(GetElements(*node, 0), [](double value) { return static_cast<std::int64_t>(value); });
+        return AddElements(node->GetElements(), [](double value) { return static_cast<std::int64_t>(value); });
     }
     VisitCode VisitStringSet(StringSet* node) override {
         return AddElements(node->Get(),
                            [](const KivBase::WString& value) { return static_cast<std::int64_t>(value.size()); });
     }
     VisitCode VisitIdSet(IdSet* node) override {
-        return AddElements(GetElements(*node, 0), [](const GUID&) { return std::int64_t{sizeof(GUID)}; });
+        return AddElements(node->GetElements(), [](const GUID&) { return std::int64_t{sizeof(GUID)}; });
     }
     VisitCode VisitMap(Map*, bool) override { return Add(0); }
     VisitCode VisitVector(Vector*, bool) override { return Add(0); }
@@ -116,16 +116,6 @@ public:
     Seen seen;
 
 private:
-    template <class SetNode>
-    static auto GetElements(const SetNode& node, int) -> decltype(node.GetElements()) {
-        return node.GetElements();
-    }
-    template <class SetNode>
-    static typename SetNode::Elements GetElements(const SetNode& node, long) {
-        typename SetNode::Elements elements;
-        node.Get(elements);
-        return elements;
-    }
     template <class Elements, class GetNumber>
     VisitCode AddElements(const Elements& elements, GetNumber getNumber) {
         std::int64_t sum = 0;

@@ -3,8 +3,11 @@
 #include <cstdio>
 #include <fstream>
 
+#include "Check.h"
 #include "Failure.h"
+#include "Growth.h"
 #include "Options.h"
+#include "Plots.h"
 #include "Tables.h"
 
 using namespace Peers;
@@ -26,15 +29,29 @@ void ShowProgress(const Workload& workload, int round) {
     std::fprintf(stderr, "\r%s, round %d  ", workload.name, round);
 }
 
+void WritePlots(const Options& options, const Cells& cells, const std::vector<Series>& growth) {
+    if (options.svg.empty()) {
+        return;
+    }
+    WriteFile(options.svg + "/systems.svg", PlotSystems(options.request, cells));
+    WriteFile(options.svg + "/operations.svg", PlotOperations(options.request, cells));
+    for (const Series& series : growth) {
+        WriteFile(options.svg + "/growth-" + series.name + ".svg", PlotGrowth(series));
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     const Options options = ReadOptions(argc, argv);
     const Cells cells = Measure(options.request, ShowProgress);
+    const std::vector<Series> growth =
+        options.growth ? MeasureGrowth(options.request, ShowProgress) : std::vector<Series>();
     std::fprintf(stderr, "\r                \r");
-    const std::string markdown = MakeMarkdown(options.request, cells);
-    std::printf("%s", markdown.c_str());
+    const std::string markdown = MakeMarkdown(options.request, cells) + MakeGrowthMarkdown(options.request, growth);
+    std::printf("%s\n", markdown.c_str());
     WriteFile(options.markdown, markdown);
     WriteFile(options.csv, MakeCsv(options.request, cells));
-    return 0;
+    WritePlots(options, cells, growth);
+    return !options.check || Check(options.request, cells, growth) ? 0 : 1;
 }

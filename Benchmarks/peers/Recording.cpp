@@ -10,6 +10,7 @@
 #include <KivGenerics/Integer.h>
 #include <KivGenerics/Integer64.h>
 #include <KivGenerics/IntegerSet.h>
+#include <KivGenerics/IterateFlags.h>
 #include <KivGenerics/Map.h>
 #include <KivGenerics/String.h>
 #include <KivGenerics/StringSet.h>
@@ -28,10 +29,14 @@ class Recorder final : public Visitor {
 public:
     explicit Recorder(Recording& recording) : recording_(recording) {}
 
-    void RecordChildren(const Composite& composite) {
+    /// Returns how many there are.
+    int RecordChildren(const Composite& composite) {
+        int count = 0;
         for (Node* const child : Children(&composite)) {
-            child->Visit(this, false);
+            child->Iterate(this, SemanticTagNone, IterateSelf);
+            ++count;
         }
+        return count;
     }
 
     VisitCode VisitBoolean(Boolean* node) override { return Add(Kind::Boolean, *node, node->Get() ? 1 : 0); }
@@ -70,9 +75,10 @@ private:
         recording_.items_.push_back({kind, node.GetIndex(), 0, 0, value});
         return VisitContinue;
     }
-    VisitCode AddComposite(Kind kind, KivGenerics::Composite& node, SemanticTag tag) {
-        recording_.items_.push_back({kind, node.GetIndex(), node.GetSize(TemporalityTemporary), tag, 0});
-        RecordChildren(node);
+    VisitCode AddComposite(Kind kind, const KivGenerics::Composite& node, SemanticTag tag) {
+        const std::size_t place = recording_.items_.size();
+        recording_.items_.push_back({kind, node.GetIndex(), 0, tag, 0});
+        recording_.items_[place].size = RecordChildren(node);
         return VisitContinue;
     }
     template <class T>
@@ -105,9 +111,7 @@ Recording Recording::Load(const std::string& file) {
         Fail(file + ": " + loaded.result.sentence);
     }
     Recording recording;
-    auto& root = *static_cast<Composite*>(loaded.tree->GetRoot());
-    recording.rootSize_ = root.GetSize(TemporalityTemporary);
-    Recorder(recording).RecordChildren(root);
+    recording.rootSize_ = Recorder(recording).RecordChildren(*static_cast<Composite*>(loaded.tree->GetRoot()));
     return recording;
 }
 

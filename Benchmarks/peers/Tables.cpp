@@ -5,12 +5,6 @@
 namespace Peers {
 namespace {
 
-std::string Format(double value, int digits) {
-    char text[64];
-    std::snprintf(text, sizeof text, "%.*f", digits, value);
-    return text;
-}
-
 std::string FormatRatio(const std::optional<double>& ratio) {
     return ratio ? Format(*ratio, 2) : "–";
 }
@@ -49,19 +43,13 @@ std::string FormatFigure(const Figure& figure) {
     return " " + Format(figure.median, 1) + (figure.disturbed ? " ~" : "") + " |";
 }
 
-std::string MakeWorkloadTable(const Request& request, const std::vector<Cell>& row) {
-    std::string table = MakeHead(kOperationCount, " bytes in memory | bytes saved |");
-    for (std::size_t system = 0; system < row.size(); ++system) {
-        table += std::string("| ") + request.systems[system].name + " |";
-        for (std::size_t i = 0; i < kOperationCount; ++i) {
-            table += FormatFigure(row[system].figures[i]);
-        }
-        table += " " + Format(row[system].heldBytes, 1) + " | " + Format(row[system].savedBytes, 1) + " |\n";
-    }
-    return table;
-}
-
 }  // namespace
+
+std::string Format(double value, int digits) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%.*f", digits, value);
+    return text;
+}
 
 const char* GetName(Operation operation) {
     switch (operation) {
@@ -77,6 +65,18 @@ const char* GetName(Operation operation) {
         case Operation::Release: return "release";
     }
     return "";
+}
+
+std::string MakeFigureTable(const Request& request, const std::vector<Cell>& row) {
+    std::string table = MakeHead(kOperationCount, " bytes in memory | bytes saved |");
+    for (std::size_t system = 0; system < row.size(); ++system) {
+        table += std::string("| ") + request.systems[system].name + " |";
+        for (std::size_t i = 0; i < kOperationCount; ++i) {
+            table += FormatFigure(row[system].figures[i]);
+        }
+        table += " " + Format(row[system].heldBytes, 1) + " | " + Format(row[system].savedBytes, 1) + " |\n";
+    }
+    return table;
 }
 
 std::string MakeCsv(const Request& request, const Cells& cells) {
@@ -107,7 +107,7 @@ std::string MakeMarkdown(const Request& request, const Cells& cells) {
     std::string text = "Ratio to the best peer of each cell, geometric means:\n\n" + MakeRatioTable(request, cells);
     for (std::size_t work = 0; work < cells.size(); ++work) {
         text += std::string("\n") + request.workloads[work].name + ", " + request.workloads[work].title +
-                ", ns a node:\n\n" + MakeWorkloadTable(request, cells[work]);
+                ", ns a node:\n\n" + MakeFigureTable(request, cells[work]);
     }
     return text;
 }

@@ -35,6 +35,10 @@ ALSO = {
 # Libraries from elsewhere, and the folders that use them.
 OTHERS = {"xxhash.h": "Storage", "benchmark/benchmark.h": "Benchmarks", "nlohmann/json.hpp": "Inspect",
           "CLI/CLI.hpp": "Tools"}
+# What the benchmark beside other libraries sees of them, by the first part of the name; it sees other folders' libraries, too.
+PEERS = {"boost", "capnp", "flatbuffers", "google", "msgpack.hpp", "nlohmann", "pugixml.hpp", "rapidjson", "Node.pb.h",
+         "Node.capnp.h"}
+PEERS_FOLDER = "Benchmarks/peers"
 # The sanitizers' interface is the compiler's, and one header of the platform has it to itself.
 COMPILERS = {"sanitizer/asan_interface.h": "Platform/base/Poison.h"}
 # On Windows the platform's record is the system's.
@@ -74,6 +78,8 @@ def problem_of(project, path, quote, name):
     if top in PLATFORM_NAMES or top in ("KivGenerics", "KivStorage", "KivInspect"):
         owner = "Platform" if top in PLATFORM_NAMES else top[3:]
         return None if f"public:{owner}" in TABLE[folder] else f"{folder} may not see {owner}"
+    if top in PEERS and path.parent.as_posix() == PEERS_FOLDER:
+        return None
     if name in OTHERS:
         return None if folder == OTHERS[name] else f"{name} is for {OTHERS[name]} alone"
     if name in COMPILERS or name in SYSTEM_IN_HEADERS:

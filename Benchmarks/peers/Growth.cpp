@@ -1,0 +1,61 @@
+#include "Growth.h"
+
+#include "Tables.h"
+
+namespace Peers {
+namespace {
+
+constexpr int kSmall = 10'000;
+constexpr int kMiddle = 100'000;
+constexpr int kLarge = 1'000'000;
+constexpr int kHuge = 10'000'000;
+constexpr int kSmallPasses = 25;
+
+Series MeasureSeries(const Request& request, Shape shape, Series series,
+                     const std::function<void(const Workload&, int round)>& progress) {
+    for (const int size : series.sizes) {
+        Request one = request;
+        one.workloads = {{series.name, series.unit, shape, size, size == kSmall ? kSmallPasses : 1}};
+        if (size == series.sizes.back()) {
+            one.systems.resize(1);
+        }
+        series.cells.push_back(Measure(one, progress).front());
+    }
+    return series;
+}
+
+bool IsOfWholeTree(Operation operation) {
+    return operation != Operation::Lookup && operation != Operation::Path && operation != Operation::Set;
+}
+
+}  // namespace
+
+std::vector<Series> MeasureGrowth(const Request& request,
+                                  const std::function<void(const Workload&, int round)>& progress) {
+    return {MeasureSeries(request, Shape::Numbers, {"W1", "Integers", {kSmall, kMiddle, kLarge, kHuge}, {}}, progress),
+            MeasureSeries(request, Shape::Records, {"W2", "records", {kSmall, kMiddle, kLarge}, {}}, progress)};
+}
+
+std::optional<double> GetGrowth(const Series& series, Operation operation) {
+    constexpr double kClockSteps = 0.5;  // below that much of a nanosecond a node there is only the clock to see
+    const auto index = static_cast<std::size_t>(operation);
+    const Figure& small = series.cells.front().front().figures[index];
+    const Figure& large = series.cells.back().front().figures[index];
+    if (!IsOfWholeTree(operation) || small.samples == 0 || large.samples == 0) {
+        return std::nullopt;
+    }
+    return (large.median + kClockSteps) / (small.median + kClockSteps);
+}
+
+std::string MakeGrowthMarkdown(const Request& request, const std::vector<Series>& growth) {
+    std::string text;
+    for (const Series& series : growth) {
+        for (std::size_t size = 0; size < series.sizes.size(); ++size) {
+            text += std::string("\n") + series.name + " with " + std::to_string(series.sizes[size]) + " " +
+                    series.unit + ", ns a node:\n\n" + MakeFigureTable(request, series.cells[size]);
+        }
+    }
+    return text;
+}
+
+}  // namespace Peers

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Measurement.h"
+
+namespace Peers {
+
+/// The same shape in several sizes.
+struct Series {
+    const char* name;
+    const char* unit;
+    std::vector<int> sizes;
+    std::vector<std::vector<Cell>> cells;  ///< by size, then system; of the largest size this library alone
+};
+
+/// One vector of 10,000 to 10,000,000 Integers, and 10,000 to 1,000,000 records. The largest of each is measured with this
+/// library alone.
+std::vector<Series> MeasureGrowth(const Request& request,
+                                  const std::function<void(const Workload&, int round)>& progress);
+
+/// How many times more a node of this library costs in the largest tree of the series than in the smallest; empty for
+/// operations that are not done or not done to a whole tree.
+std::optional<double> GetGrowth(const Series& series, Operation operation);
+
+std::string MakeGrowthMarkdown(const Request& request, const std::vector<Series>& growth);
+
+}  // namespace Peers
