@@ -72,17 +72,32 @@ private:
                t_;
     }
     int Begin(Composite& mine, Node* other, bool recalc) {
-        const int order = mine.Node::Compare(other, t_, recalc);
-        if (order != 0 || !IsCounted(mine)) {
-            return order;
+        if (recalc || other == nullptr || other->GetType() != mine.GetType() || GetTag(*other) != GetTag(mine)) {
+            const int order = mine.Node::Compare(other, t_, recalc);
+            if (order != 0) {
+                return order;
+            }
+        }
+        if (!IsCounted(mine)) {
+            return 0;
         }
         auto* const theirs = static_cast<Composite*>(other);
-        const int sizes = mine.GetSize(t_) - theirs->GetSize(t_);
+        const int sizes = GetSize(mine) - GetSize(*theirs);
         // Their map is walked over, and a walk does not enter what is outside its temporalities.
         if (sizes == 0 && (mine.GetType() == NodeTypeVector || MayEnter(*theirs, seen_))) {
             path_.Push(mine, *theirs);
         }
         return sizes;
+    }
+
+    /// GetSemanticTag without the virtual call.
+    static SemanticTag GetTag(const Node& node) noexcept {
+        return node.GetType() == NodeTypeMap ? static_cast<const Map&>(node).GetSemanticTagNV() : SemanticTagDefault;
+    }
+
+    int GetSize(Composite& composite) const {
+        return composite.GetType() == NodeTypeVector ? static_cast<Vector&>(composite).GetSize(t_)
+                                                     : GetMapSize(MapChildren(static_cast<Map&>(composite)), t_);
     }
 
     Node* TakeCounted(ChildCursor& children) const {
