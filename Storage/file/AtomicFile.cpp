@@ -38,7 +38,12 @@ Result AtomicFile::FollowLinks() {
     target_ = path_;
     for (int links = 0; links <= kMaxLinks; ++links) {
         std::error_code error;
-        if (std::filesystem::symlink_status(target_, error).type() != std::filesystem::file_type::symlink) {
+        const std::filesystem::file_type type = std::filesystem::symlink_status(target_, error).type();
+        if (type == std::filesystem::file_type::none) {
+            // What cannot be asked may be a link, which a new file would replace.
+            return Fail(StorageFileNotCreated, FilePlace(path_, error));
+        }
+        if (type != std::filesystem::file_type::symlink) {
             return {};
         }
         const std::filesystem::path next = std::filesystem::read_symlink(target_, error);

@@ -1,5 +1,8 @@
+// KIV_KILLED_SAVES says how many saves are killed.
+
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <random>
 #include <thread>
 
@@ -45,7 +48,8 @@ TEST(KilledSavePosixTest, TheOldOrTheNewFileStandsWheneverASaveIsKilled) {
     std::mt19937 random(seed);
     const auto longest = std::chrono::duration_cast<std::chrono::microseconds>(oneSave).count() * 3 / 2 + 200;
     int killed = 0;
-    for (int moment = 0; moment < 200; ++moment) {
+    const char* const wanted = std::getenv("KIV_KILLED_SAVES");
+    for (int left = wanted != nullptr ? std::atoi(wanted) : 100; left > 0; --left) {
         ASSERT_EQ("", KivStorage::SaveTree(old.Get(), path).sentence);
         const pid_t child = ::fork();
         if (child == 0) {
@@ -69,7 +73,7 @@ TEST(KilledSavePosixTest, TheOldOrTheNewFileStandsWheneverASaveIsKilled) {
         }
     }
     // Otherwise the moments were badly chosen, and nothing was shown.
-    EXPECT_GE(killed, 20);
+    EXPECT_GE(killed, 10);
     // What a killed process leaves behind does not disturb anybody.
     ASSERT_EQ("", KivStorage::SaveTree(next.Get(), path).sentence);
 }
