@@ -46,7 +46,7 @@ public:
 
 private:
     bool TakeRun() noexcept {
-        const std::size_t length = beyond_.GetRunLength();
+        const auto length = beyond_.GetRunLength();
         if (length == 0) {
             return false;
         }

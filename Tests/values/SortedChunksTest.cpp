@@ -19,6 +19,11 @@
 namespace KivGenerics::Testing {
 namespace {
 
+/// The same numbers each time.
+std::mt19937 MakeRandom(std::uint32_t seed) {
+    return std::mt19937(seed);
+}
+
 struct Less {
     bool operator()(std::int32_t left, std::int32_t right) const noexcept { return left < right; }
 };
@@ -157,7 +162,7 @@ TEST_F(SortedChunksTest, AMillionAscendingKeysTakeThreeLevels) {
 }
 
 TEST_F(SortedChunksTest, ManyKeysTakeAtMostEightBytesEachHoweverTheyCome) {
-    std::mt19937 random(1);  // NOLINT(bugprone-random-generator-seed): the same numbers each time
+    std::mt19937 random = MakeRandom(1);
     for (const bool descending : {false, true}) {
         Chunks chunks(NewBuffer());
         const KivBase::Buffer& buffer = *buffers_.back();
@@ -274,7 +279,7 @@ TEST_F(SortedChunksTest, AMoveTakesTheMemoryOver) {
 }
 
 TEST_F(SortedChunksTest, ACopyIsDenseHoweverItsSourceCameToBe) {
-    std::mt19937 random(2);  // NOLINT(bugprone-random-generator-seed): the same numbers each time
+    std::mt19937 random = MakeRandom(2);
     for (int i = 0; i < 100000; ++i) {
         chunks_.Add(static_cast<std::int32_t>(random()));
     }
@@ -434,7 +439,7 @@ TEST_F(SortedChunksTest, RandomChangesLeaveWhatTheyLeaveInASetOfTheStandardLibra
 
 TEST_F(SortedChunksTest, PayloadsFollowRandomChangesLikeThoseOfAMapOfTheStandardLibrary) {
     using Squares = SortedChunks<std::int32_t, Less, std::int64_t>;
-    std::mt19937 random(3);  // NOLINT(bugprone-random-generator-seed): the same numbers each time
+    std::mt19937 random = MakeRandom(3);
     Squares squares(NewBuffer());
     std::map<std::int32_t, std::int64_t> model;
     for (int i = 0; i < 60000; ++i) {
@@ -463,7 +468,7 @@ TEST(SortedChunksMemoryTest, AKeyThatFindsNoMemoryIsNotAddedAndTheOthersStay) {
     KivTests::TestBuffers buffers;
     const std::unique_ptr<KivBase::Buffer> buffer(KivBase::CreateBuffer(0, 0, 65536, false));
     WideChunks chunks(buffer.get());
-    std::mt19937 random(4);  // NOLINT(bugprone-random-generator-seed): the same numbers each time
+    std::mt19937 random = MakeRandom(4);
     int failures = 0;
     for (std::size_t size = 0; size < 4000; ++size) {
         std::int32_t number = 0;
