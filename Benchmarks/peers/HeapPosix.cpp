@@ -41,11 +41,16 @@ extern "C" [[gnu::visibility("default")]] int munmap(void* address, std::size_t 
 namespace Peers {
 
 void SetUpHeap(Heap heap) {
+    // What the process before the fork has kept would be neither counted nor fresh.
+    malloc_trim(0);
+    KivBase::SetSpareMemory(0);
     if (heap == Heap::Warm) {
         mallopt(M_MMAP_MAX, 0);
         mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
         // The library's regions come from the system directly; they are kept like the heap.
         KivBase::SetSpareMemory(std::numeric_limits<std::size_t>::max());
+    } else {
+        KivBase::SetSpareMemory(KivBase::kDefaultSpareMemory);
     }
 }
 

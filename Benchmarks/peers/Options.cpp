@@ -127,6 +127,9 @@ Options ReadOptions(int count, char** arguments) {
             Fail("\"" + option + "\" is not understood");
         }
     }
+    if (options.check && (peers.size() != GetPeers().size() || !workloads.empty())) {
+        Fail("--check is about every system and workload: leave out --only and --workload");
+    }
     options.request.workloads = ChooseWorkloads(workloads, unicode);
     options.request.systems = {GetOwn()};
     options.request.systems.insert(options.request.systems.end(), peers.begin(), peers.end());
