@@ -61,6 +61,18 @@ void StructureReader::Level::CountChild() noexcept {
     }
 }
 
+void StructureReader::Level::GoTo(std::uint32_t child) noexcept {
+    next = child;
+    run = 0;
+    nextInRun = child;
+    wordsLeft = 0;
+    const std::vector<KeyRun>& runs = header.GetRuns();
+    while (run < runs.size() && nextInRun >= runs[run].count) {
+        nextInRun -= runs[run].count;
+        run += 1;
+    }
+}
+
 void StructureReader::Level::SkipEmptyChildren() noexcept {
     while (next < node.count && !GetNextType().IsObject() && IsUnknownKind(GetNextType().GetKind()) &&
            GetNextType().GetExtraWords() == 0) {

@@ -72,6 +72,8 @@ public:
             return static_cast<std::int32_t>(header.GetRuns()[run].first + nextInRun);
         }
         void CountChild() noexcept;
+        /// Makes the child of this number, counted from 0, the next one.
+        void GoTo(std::uint32_t child) noexcept;
         /// Passes by children of kinds that no version knows and that have no word: nothing of them stands in the data.
         void SkipEmptyChildren() noexcept;
     };

@@ -63,14 +63,18 @@ bool ItemScanner::Collect(std::size_t size) {
     return pending_.size() == size;
 }
 
+std::size_t ItemScanner::SizeWithin(const std::uint8_t* bytes, std::size_t size) noexcept {
+    const std::size_t needed = size > 0 ? SizeOfItem(bytes, size) : 0;
+    return needed > size || (needed == kTextHead && bytes[0] == ItemText && size < kTextHead) ? 0 : needed;
+}
+
 /// Hands out an item that lies in the run as a whole.
 bool ItemScanner::TakeInRun(ScannedItem& item) {
-    const std::uint8_t* const first = bytes_ + next_;
-    const std::size_t size = SizeOfItem(first, GetRest());
-    if (size == 0 || size > GetRest() || (first[0] == ItemText && GetRest() < kTextHead)) {
+    const std::size_t size = SizeWithin(bytes_ + next_, GetRest());
+    if (size == 0) {
         return false;
     }
-    Hand(item, first, size, offset_ + next_);
+    Hand(item, bytes_ + next_, size, offset_ + next_);
     next_ += size;
     return true;
 }

@@ -56,8 +56,12 @@ public:
     /// Throws std::bad_alloc. After Unknown it answers Unknown until the next Feed.
     Step Next(ScannedItem& item);
 
+    /// The size of the item that begins at `bytes`; 0 when none does, or when it does not end within `size`.
+    static std::size_t SizeWithin(const std::uint8_t* bytes, std::size_t size) noexcept;
+
     /// How many bytes of an item that goes on in the next run have been seen.
     std::size_t GetPending() const noexcept { return pending_.size(); }
+    const std::uint8_t* GetPendingBytes() const noexcept { return pending_.data(); }
     /// Forgets them: what comes next begins with an item.
     void DropPending() noexcept { pending_.clear(); }
     /// How many bytes of the run have not been looked at.
