@@ -6,6 +6,12 @@
 #include "persistence/Halves.h"
 
 namespace KivGenerics {
+namespace {
+
+/// Texts of so many units are read without the heap.
+constexpr std::uint32_t kShortText = 63;
+
+}  // namespace
 
 COrvReadBlockArchive::COrvReadBlockArchive(KivCOMShared::BlockReadStream* stream) : stream_(stream) {
     if (stream_ != nullptr) {
@@ -48,16 +54,21 @@ std::int32_t COrvReadBlockArchive::ReadWideString(KivBase::WString& text) {
         return ArchiveStringTooLong;
     }
     // Zeros throughout: the text is terminated whatever the stream fills in.
-    const std::unique_ptr<char16_t[]> units(new (std::nothrow) char16_t[length + 1]());
-    if (units == nullptr) {
-        return ResultOutOfMemory;
+    char16_t shortText[kShortText + 1] = {};
+    if (length <= kShortText) {
+        return ReadUnits(shortText, length, text);
     }
-    result = stream_->GetStringChars(length, units.get());
+    const std::unique_ptr<char16_t[]> units(new (std::nothrow) char16_t[length + 1]());
+    return units != nullptr ? ReadUnits(units.get(), length, text) : ResultOutOfMemory;
+}
+
+std::int32_t COrvReadBlockArchive::ReadUnits(char16_t* units, std::uint32_t length, KivBase::WString& text) {
+    const std::int32_t result = stream_->GetStringChars(length, units);
     if (result < 0) {
         return result;
     }
     units[length] = u'\0';
-    text.assign(units.get());
+    text.assign(units);
     return ResultSuccess;
 }
 

@@ -51,6 +51,7 @@ public:
 
 private:
     bool MayReadValue() const noexcept { return stream_ != nullptr && pendingTag_ == 0; }
+    std::int32_t ReadUnits(char16_t* units, std::uint32_t length, KivBase::WString& text);
 
     KivCOMShared::BlockReadStream* stream_;
     std::uint16_t pendingTag_ = 0;  // read ahead and not yet taken; 0 for none
