@@ -23,6 +23,9 @@ packageOf() {
         pkg-config) echo pkgconf ;;
         nm) echo binutils ;;
         valgrind) echo valgrind ;;
+        chromium) echo chromium ;;
+        node) echo nodejs ;;
+        npm) echo npm ;;
         clang++-19) echo clang-19 ;;
         clang-format-19) echo clang-format-19 ;;
         clang-tidy-19) echo clang-tidy-19 ;;
