@@ -102,7 +102,11 @@ Options ReadOptions(int count, char** arguments) {
             PrintUsage();
             std::exit(0);
         } else if (option == "--rounds") {
-            options.request.rounds = std::atoi(value().c_str());
+            const std::string rounds = value();
+            options.request.rounds = std::atoi(rounds.c_str());
+            if (options.request.rounds < 1) {
+                Fail("\"" + rounds + "\" is no number of rounds: 1 or more");
+            }
         } else if (option == "--only") {
             peers = Choose(peers, value());
         } else if (option == "--workload") {
