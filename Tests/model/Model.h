@@ -44,8 +44,8 @@ struct Tree {
 };
 
 struct Item {
-    Tree* tree;
-    KivGenerics::NodeType type;
+    Tree* tree = nullptr;
+    KivGenerics::NodeType type = KivGenerics::NodeTypeInteger;
     int temporality = 1;
     int derived = 1;
     int tag = 1;

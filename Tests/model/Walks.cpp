@@ -46,7 +46,7 @@ bool IsShown(const Item& item, int tag, unsigned flags) {
     return (flags & kSelf) != 0 && (flags & 1U << (item.type - 1)) != 0 && byTemporality && byTag;
 }
 
-int Step(Item& item, const See& see, int tag, unsigned flags);
+int WalkOn(Item& item, const See& see, int tag, unsigned flags);
 
 // A map's child beyond the slots removes itself, which counts once more than its map removing it.
 void RemoveSeen(Item& composite, Item& child) {
@@ -57,14 +57,14 @@ void RemoveSeen(Item& composite, Item& child) {
     }
 }
 
-bool StepThroughChildren(Item& item, const See& see, int tag, unsigned flags) {
+bool WalkThroughChildren(Item& item, const See& see, int tag, unsigned flags) {
     unsigned below = flags & ~(kSelf | kChildren);
     below |= (flags & kChildren) != 0 ? kSelf : 0;
     below |= (flags & kDeeper) != 0 ? kChildren : 0;
     int last = -1;
     while (Item* const child = FindAfter(item, last)) {
         last = child->index;
-        const int code = Step(*child, see, tag, below);
+        const int code = WalkOn(*child, see, tag, below);
         if (code == VisitStop) {
             return false;
         }
@@ -76,7 +76,7 @@ bool StepThroughChildren(Item& item, const See& see, int tag, unsigned flags) {
     return true;
 }
 
-int Step(Item& item, const See& see, int tag, unsigned flags) {
+int WalkOn(Item& item, const See& see, int tag, unsigned flags) {
     const bool shown = IsShown(item, tag, flags);
     if (!item.IsComposite()) {
         return shown ? see(item, false) : VisitContinue;
@@ -90,7 +90,7 @@ int Step(Item& item, const See& see, int tag, unsigned flags) {
             return code == VisitSkipChildren ? VisitContinue : code;
         }
     }
-    if ((flags & (kChildren | kDeeper)) != 0 && !StepThroughChildren(item, see, tag, flags)) {
+    if ((flags & (kChildren | kDeeper)) != 0 && !WalkThroughChildren(item, see, tag, flags)) {
         return VisitStop;
     }
     if (shown && (flags & 0x20000) != 0) {
@@ -122,7 +122,7 @@ Text Digits(std::uint32_t number, std::uint32_t base) {
 }  // namespace
 
 void Iterate(Item& start, const See& see, int tag, unsigned flags) {
-    if (Step(start, see, tag, Complete(flags, tag)) == VisitRemove) {
+    if (WalkOn(start, see, tag, Complete(flags, tag)) == VisitRemove) {
         Remove(start);
     }
 }

@@ -96,7 +96,9 @@ private:
 
 /// Throws Difference unless the two are the same.
 void Expect(bool same, const char* what);
-/// Throws Difference unless the node holds the item's value.
+/// What a node of the library holds, as the model holds it.
+Value GetValue(KivGenerics::Node* node);
+/// Throws Difference unless the node holds the item's value, and answers so however it is asked.
 void CheckValue(const Item& item, KivGenerics::Node* node);
 
 KivBase::WString ToLibrary(const Text& text);

@@ -39,6 +39,18 @@ void CheckSet(const std::set<Element>& expected, Node* node, typename Set::Eleme
     }
 }
 
+template <class Set, class Element>
+Value GetElements(Node* node) {
+    const auto* const set = static_cast<Set*>(node);
+    std::set<Element> elements;
+    typename Set::Elements::value_type room{};
+    for (int i = 0; i < set->Count(); ++i) {
+        set->Item(i, room);
+        elements.insert(std::get<Element>(ToValue(room)));
+    }
+    return elements;
+}
+
 }  // namespace
 
 KivBase::WString ToLibrary(const Text& text) {
@@ -64,25 +76,31 @@ Id FromLibrary(const GUID& id) {
     return made;
 }
 
+Value GetValue(Node* node) {
+    switch (node->GetType()) {
+        case NodeTypeInteger: return static_cast<Integer*>(node)->Get();
+        case NodeTypeInteger64: return static_cast<Integer64*>(node)->Get();
+        case NodeTypeBoolean: return static_cast<Boolean*>(node)->Get();
+        case NodeTypeDouble: return static_cast<Double*>(node)->Get();
+        case NodeTypeGlobalID: return FromLibrary(static_cast<GlobalID*>(node)->Get());
+        case NodeTypeString: return Text(static_cast<String*>(node)->Get(), static_cast<String*>(node)->GetLength());
+        case NodeTypeIntegerSet: return GetElements<IntegerSet, std::int32_t>(node);
+        case NodeTypeDoubleSet: return GetElements<DoubleSet, double>(node);
+        case NodeTypeStringSet: return GetElements<StringSet, Text>(node);
+        case NodeTypeIdSet: return GetElements<IdSet, Id>(node);
+        case NodeTypeVector:
+        case NodeTypeMap: break;
+    }
+    return {};
+}
+
 void CheckValue(const Item& item, Node* node) {
     switch (item.type) {
-        case NodeTypeInteger: return Expect(item.value == Value(static_cast<Integer*>(node)->Get()), "a number");
-        case NodeTypeInteger64: return Expect(item.value == Value(static_cast<Integer64*>(node)->Get()), "a number");
-        case NodeTypeBoolean: return Expect(item.value == Value(static_cast<Boolean*>(node)->Get()), "a truth value");
-        case NodeTypeDouble: return Expect(IsSameValue(item.value, static_cast<Double*>(node)->Get()), "a number");
-        case NodeTypeGlobalID:
-            return Expect(item.value == Value(FromLibrary(static_cast<GlobalID*>(node)->Get())), "a GUID");
-        case NodeTypeString: {
-            const auto* const text = static_cast<String*>(node);
-            return Expect(std::get<Text>(item.value).compare(0, Text::npos, text->Get(), text->GetLength()) == 0,
-                          "a text");
-        }
         case NodeTypeIntegerSet: return CheckSet<IntegerSet>(std::get<std::set<std::int32_t>>(item.value), node);
         case NodeTypeDoubleSet: return CheckSet<DoubleSet>(std::get<std::set<double>>(item.value), node);
         case NodeTypeStringSet: return CheckSet<StringSet>(std::get<std::set<Text>>(item.value), node);
         case NodeTypeIdSet: return CheckSet<IdSet>(std::get<std::set<Id>>(item.value), node);
-        case NodeTypeVector:
-        case NodeTypeMap: break;
+        default: Expect(IsSameValue(item.value, GetValue(node)), "a value");
     }
 }
 
