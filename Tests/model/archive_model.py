@@ -254,7 +254,9 @@ def read_object(reader, index):
     kind -= 504 if long_count else 0
     node = {"kind": kind, "own": own, "tag": 1, "index": index, "children": []}
     if kind == MAP:
-        node["tag"] = reader.bytes(4) & 0x7FFFFFFF if reader.peek() & 0x80 else reader.bytes(2)
+        tag = reader.bytes(4) & 0x7FFFFFFF if reader.peek() & 0x80 else reader.bytes(2)
+        # A map that is made with tag 0 is one for which no tag was asked.
+        node["tag"] = tag or 1
         read_map(reader, node, long_count)
     elif kind == VECTOR:
         read_vector(reader, node, long_count)
