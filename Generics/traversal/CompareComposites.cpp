@@ -11,6 +11,8 @@
 
 #include "core/ChildCursor.h"
 #include "core/FrameStack.h"
+#include "core/Raise.h"
+#include "core/Texts.h"
 #include "traversal/CompositeWalk.h"
 #include "traversal/MapCompareVisitor.h"
 
@@ -72,7 +74,10 @@ private:
                t_;
     }
     int Begin(Composite& mine, Node* other, bool recalc) {
-        if (recalc || other == nullptr || other->GetType() != mine.GetType() || GetTag(*other) != GetTag(mine)) {
+        if (other == nullptr) {
+            Raise(Texts::NullCompare);
+        }
+        if (recalc || other->GetType() != mine.GetType() || GetTag(*other) != GetTag(mine)) {
             const int order = mine.Node::Compare(other, t_, recalc);
             if (order != 0) {
                 return order;

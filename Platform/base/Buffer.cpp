@@ -55,20 +55,19 @@ public:
             kept_ -= sizeClass.size;
             return memory;
         }
-        if (blockEnd_ - cursor_ < sizeClass.size) {
+        if (GetRest() < sizeClass.size) {
             AddBlock();
         }
-        memory = reinterpret_cast<void*>(cursor_);
+        memory = cursor_;
         cursor_ += sizeClass.size;
+        ShowRest();
         Unpoison(memory, sizeClass.size);
         return memory;
     }
 
     std::size_t BytesReserved() const override { return blocks_ * blockSize_ + apartReserved_; }
     // All of every block is in use but what lies ahead of the cursor and what came back.
-    std::size_t BytesInUse() const override {
-        return blocks_ * blockSize_ - (blockEnd_ - cursor_) - kept_ + apartInUse_;
-    }
+    std::size_t BytesInUse() const override { return blocks_ * blockSize_ - GetRest() - kept_ + apartInUse_; }
 
     void Free(void* memory, std::size_t size, std::size_t alignment) noexcept override {
         if (memory == nullptr) {
@@ -112,12 +111,12 @@ private:
 
     // A block that follows on the present one makes that longer.
     void AddBlock() {
-        if (runEnd_ - blockEnd_ < blockSize_) {
+        if (static_cast<std::size_t>(runEnd_ - blockEnd_) < blockSize_) {
             AddRun();
         }
         blockEnd_ += blockSize_;
         ++blocks_;
-        end_ = kPoisons ? 0 : blockEnd_;
+        ShowRest();
     }
 
     // Runs grow with the buffer, so that a large one costs few requests and a small one takes little.
@@ -136,9 +135,9 @@ private:
         }
         KeepRestOfBlock();
         runs_ = ::new (memory) Run{runs_, size, mapped};
-        cursor_ = reinterpret_cast<std::uintptr_t>(runs_ + 1);
+        cursor_ = reinterpret_cast<char*>(runs_ + 1);
         blockEnd_ = cursor_;
-        runEnd_ = reinterpret_cast<std::uintptr_t>(memory) + size;
+        runEnd_ = static_cast<char*>(memory) + size;
         Poison(runs_ + 1, size - sizeof(Run));
     }
 
@@ -153,14 +152,19 @@ private:
 
     // What is left of the block that the cursor leaves goes to smaller requests.
     void KeepRestOfBlock() noexcept {
-        while (blockEnd_ - cursor_ >= kGranule) {
-            const SizeClass rest = GetExactClassWithin(blockEnd_ - cursor_);
-            void* const memory = reinterpret_cast<void*>(cursor_);
-            Unpoison(memory, rest.size);
+        while (GetRest() >= kGranule) {
+            const SizeClass rest = GetExactClassWithin(GetRest());
+            Unpoison(cursor_, rest.size);
+            Keep(cursor_, rest);
             cursor_ += rest.size;
-            Keep(memory, rest);
         }
     }
+
+    /// What is left of the present block, in bytes.
+    std::size_t GetRest() const noexcept { return static_cast<std::size_t>(blockEnd_ - cursor_); }
+
+    // Where memory is poisoned none of it is shown, so that every request comes to Allocate.
+    void ShowRest() noexcept { end_ = kPoisons ? cursor_ : blockEnd_; }
 
     void* AllocateApart(std::size_t size, std::size_t alignment) {
         constexpr auto kMost = static_cast<std::size_t>((std::numeric_limits<std::ptrdiff_t>::max)());
@@ -189,8 +193,8 @@ private:
         ::operator delete(apart, static_cast<std::align_val_t>(std::max(apart->alignment, alignof(Apart))));
     }
 
-    std::uintptr_t blockEnd_ = 0;  // of the present block; the base's end_ is the same unless memory is poisoned
-    std::uintptr_t runEnd_ = 0;  // room for more blocks up to here
+    char* blockEnd_ = nullptr;  // of the present block
+    char* runEnd_ = nullptr;  // room for more blocks up to here
     std::size_t blocks_ = 0;
     std::size_t kept_ = 0;  // bytes in free_
     FreeMemory* free_[kSizeClasses] = {};

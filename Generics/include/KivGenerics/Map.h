@@ -98,7 +98,9 @@ private:
     friend class MapImpl;
 
     // The fixed slots stand right behind this class, in every class that derives from it.
-    Node* const* GetSlots() const noexcept { return reinterpret_cast<Node* const*>(this + 1); }
+    Node* const* GetSlots() const noexcept {
+        return reinterpret_cast<Node* const*>(reinterpret_cast<const char*>(this) + sizeof(Map));
+    }
     Node* GetFromOverflow(int index) const noexcept;
 
     SemanticTag tag_ = SemanticTagDefault;

@@ -41,7 +41,9 @@ public:
     SortedChunks(SortedChunks&& other) noexcept : SortedChunks(other.buffer_) { Swap(other); }
     // An assignment brings the elements to where this keeps its own.
     SortedChunks& operator=(const SortedChunks& other) {
-        CopyFrom(other);
+        if (this != &other) {
+            CopyFrom(other);
+        }
         return *this;
     }
     SortedChunks& operator=(SortedChunks&& other) {

@@ -35,13 +35,13 @@ public:
     void* Take() {
         static_assert(alignof(T) <= kTakeAlignment && sizeof(T) <= kLargestTake);
         constexpr std::size_t kSize = (sizeof(T) + kTakeAlignment - 1) / kTakeAlignment * kTakeAlignment;
-        const std::uintptr_t taken = cursor_;
-        if (taken + kSize > end_) {
+        char* const taken = cursor_;
+        if (static_cast<std::size_t>(end_ - taken) < kSize) {
             return Allocate(sizeof(T), alignof(T));
         }
         cursor_ = taken + kSize;
         PrefetchForWriting(taken + kPrefetchDistance);
-        return reinterpret_cast<void*>(taken);
+        return taken;
     }
 
 protected:
@@ -54,15 +54,15 @@ protected:
     static constexpr std::size_t kPrefetchDistance = 512;
 
     // Where the free memory of the present block begins, a multiple of 8, and where it ends: Take moves the former. A buffer that
-    // leaves both 0, as a host's own may, is asked for every object by Allocate.
-    std::uintptr_t cursor_ = 0;
-    std::uintptr_t end_ = 0;
+    // leaves both null, as a host's own may, is asked for every object by Allocate.
+    char* cursor_ = nullptr;
+    char* end_ = nullptr;
 
 private:
     // What is bumped next is written next: the line is on its way when the cursor gets there.
-    static void PrefetchForWriting([[maybe_unused]] std::uintptr_t address) noexcept {
+    static void PrefetchForWriting([[maybe_unused]] const char* address) noexcept {
 #if defined(__GNUC__)
-        __builtin_prefetch(reinterpret_cast<const void*>(address), 1);
+        __builtin_prefetch(address, 1);
 #endif
     }
 };
