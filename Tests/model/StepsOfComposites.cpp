@@ -1,6 +1,16 @@
 #include <stdexcept>
 
+#include <KivGenerics/Boolean.h>
+#include <KivGenerics/Double.h>
+#include <KivGenerics/DoubleSet.h>
+#include <KivGenerics/GlobalID.h>
+#include <KivGenerics/IdSet.h>
+#include <KivGenerics/Integer.h>
+#include <KivGenerics/Integer64.h>
+#include <KivGenerics/IntegerSet.h>
 #include <KivGenerics/Map.h>
+#include <KivGenerics/String.h>
+#include <KivGenerics/StringSet.h>
 #include <KivGenerics/Vector.h>
 
 #include "model/Steps.h"
@@ -16,6 +26,67 @@ Composite* CompositeOf(const Item& item) {
 
 Vector* VectorOf(const Item& item) {
     return static_cast<Vector*>(item.twin);
+}
+
+template <class T>
+struct Kind {
+    using Class = T;
+};
+
+/// Calls `make` with the class of a kind, as a program does that knows it.
+template <class Make>
+Node* MakeAs(NodeType type, Make make) {
+    switch (type) {
+        case NodeTypeInteger: return make(Kind<Integer>());
+        case NodeTypeGlobalID: return make(Kind<GlobalID>());
+        case NodeTypeString: return make(Kind<String>());
+        case NodeTypeDouble: return make(Kind<Double>());
+        case NodeTypeBoolean: return make(Kind<Boolean>());
+        case NodeTypeVector: return make(Kind<Vector>());
+        case NodeTypeMap: return make(Kind<Map>());
+        case NodeTypeIntegerSet: return make(Kind<IntegerSet>());
+        case NodeTypeIdSet: return make(Kind<IdSet>());
+        case NodeTypeStringSet: return make(Kind<StringSet>());
+        case NodeTypeDoubleSet: return make(Kind<DoubleSet>());
+        case NodeTypeInteger64: return make(Kind<Integer64>());
+    }
+    return nullptr;
+}
+
+bool IsKind(NodeType type) {
+    return NodeTypeInteger <= type && type <= NodeTypeInteger64;
+}
+
+void RunNewNodeAs(World& world, Choices& choices) {
+    Item* const map = choices.AnyMap();
+    const NodeType type = choices.AnyType();
+    if (map == nullptr || !HasRoom(world, *map, 1) || !IsKind(type)) {
+        return;
+    }
+    const int index = choices.AnyIndex(*map);
+    const SemanticTag tag = choices.AnyTag();
+    const auto make = [&](auto kind) -> Node* {
+        return static_cast<Map*>(map->twin)->template NewNode<typename decltype(kind)::Class>(index, tag);
+    };
+    world.Both([&] { return MakeAs(type, make); }, [&] { return &NewNode(*map, index, type, false, tag); });
+}
+
+void RunAddAs(World& world, Choices& choices) {
+    Item* const vector = choices.AnyVector();
+    if (vector == nullptr || !HasRoom(world, *vector, 1)) {
+        return;
+    }
+    NodeType type = choices.AnyType();
+    if (!vector->elements.empty() && choices.Below(8) != 7) {
+        type = vector->elements.front()->type;
+    }
+    const SemanticTag tag = choices.AnyTag();
+    if (IsKind(type)) {
+        const auto make = [&](auto kind) -> Node* {
+            return VectorOf(*vector)->template Add<typename decltype(kind)::Class>(tag);
+        };
+        world.Both([&] { return MakeAs(type, make); }, [&] { return &Add(*vector, type, tag); });
+    }
 }
 
 void RunNewNode(World& world, Choices& choices) {
@@ -187,7 +258,9 @@ void RunGets(World& world, Choices& choices) {
 
 const std::vector<Operation> kCompositeOperations = {
     {"NewNode", 32, RunNewNode},
+    {"NewNode of a kind", 12, RunNewNodeAs},
     {"Add", 16, RunAdd},
+    {"Add of a kind", 8, RunAddAs},
     {"Insert", 8, RunInsert},
     {"ReplaceWithCopy", 8, RunReplaceWithCopy},
     {"AddCopy", 6, RunAddCopy},
