@@ -57,10 +57,10 @@ public:
     Input Load(const std::string& file) const;
     /// The bytes of standard input, for verbs that look at bytes. Throws Trouble.
     static std::string ReadStandardInput();
-
-private:
+    /// The dictionary that belongs to a file; empty without one. Throws Trouble.
     KivInspect::Names LoadNames(const std::string& file) const;
 
+private:
     const CommonOptions& options_;
     bool colors_;
     StandardOutput out_;

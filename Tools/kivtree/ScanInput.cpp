@@ -29,8 +29,9 @@ KivInspect::Form DetectFormOfFile(const std::string& file) {
 ScanInput OpenBinaryScan(const std::string& file) {
     ScanInput input;
     if (file == "-") {
-        input.bytes = Context::ReadStandardInput();
-        input.form = KivInspect::DetectForm(input.bytes);
+        const std::string bytes = Context::ReadStandardInput();
+        input.bytes.assign(bytes.begin(), bytes.end());
+        input.form = KivInspect::DetectForm(bytes);
         input.scanner = KivStorage::FileScanner::OpenMemory(input.bytes.data(), input.bytes.size());
     } else {
         input.form = DetectFormOfFile(file);
@@ -47,7 +48,7 @@ ScanInput OpenScan(Context& context, const std::string& file) {
     if (input.form == KivInspect::Form::Binary) {
         return input;
     }
-    const KivInspect::LoadedFile loaded = file == "-" ? KivInspect::LoadBytes(input.bytes, "standard input")
+    const KivInspect::LoadedFile loaded = file == "-" ? KivInspect::LoadBytes(input.GetBytes(), "standard input")
                                                       : KivInspect::LoadedFile{{}, input.form, context.Load(file).tree};
     if (!loaded.result.Ok()) {
         ThrowLoadFailure(file, loaded.result);

@@ -10,9 +10,13 @@ const std::vector<Verb>& GetVerbs() {
         {"ls", "list the children of a node", DefineLs},
         {"get", "print one value", DefineGet},
         {"check", "find damage, what a save would lose, and limits", DefineCheck},
+        {"stats", "tell where the bytes are", DefineStats},
+        {"view", "make a page or a drawing of a tree, or of two", DefineView},
         {"annotate", "show a file byte by byte", DefineAnnotate},
+        {"salvage", "read what is left of a damaged file", DefineSalvage},
         {"help", "print help on a verb, or on all", DefineHelp},
         {"version", "print the version", DefineVersion},
+        {"completion", "print a completion script for a shell", DefineCompletion},
     };
     return verbs;
 }

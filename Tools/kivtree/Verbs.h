@@ -36,10 +36,14 @@ VerbWords MakeWords(const Verb& verb, CommonOptions& common);
 // Each is defined in verbs/NAME.cpp.
 Run DefineAnnotate(CLI::App& words);
 Run DefineCheck(CLI::App& words);
+Run DefineCompletion(CLI::App& words);
 Run DefineGet(CLI::App& words);
 Run DefineHelp(CLI::App& words);
 Run DefineInfo(CLI::App& words);
 Run DefineLs(CLI::App& words);
+Run DefineSalvage(CLI::App& words);
+Run DefineStats(CLI::App& words);
 Run DefineVersion(CLI::App& words);
+Run DefineView(CLI::App& words);
 
 }  // namespace KivTree

@@ -21,6 +21,7 @@ int RunAnnotate(const Options& options, Context& context) {
     }
     const KivStorage::Result result = KivInspect::Annotate(*input.scanner, context.Out(), options.annotate);
     if (!result.Ok()) {
+        context.Out().Flush();  // what was read stands before the sentence
         ThrowLoadFailure(options.file, result);
     }
     return ExitSuccess;

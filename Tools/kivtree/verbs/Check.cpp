@@ -33,7 +33,7 @@ Input LoadInput(const Options& options, const ScanInput& scan, const Context& co
     if (options.file != "-") {
         return context.Load(options.file);
     }
-    KivInspect::LoadedFile loaded = KivInspect::LoadBytes(scan.bytes, "standard input");
+    KivInspect::LoadedFile loaded = KivInspect::LoadBytes(scan.GetBytes(), "standard input");
     if (!loaded.result.Ok()) {
         ThrowLoadFailure(options.file, loaded.result);
     }
@@ -47,6 +47,7 @@ int RunCheck(const Options& options, Context& context) {
         file = KivInspect::CheckFile(*scan.scanner);
         if (!file->result.Ok()) {
             Print(options, &*file, nullptr, context);
+            context.Out().Flush();  // the list stands before the sentence
             ThrowLoadFailure(options.file, file->result);
         }
     }
