@@ -19,7 +19,11 @@ Node* Walk::Next() {
     if (Composite* const composite = node_cast<Composite>(node_); composite != nullptr && !skip_) {
         frames_.push_back({composite, -1});
     }
+    if (leave_ && !frames_.empty()) {
+        frames_.pop_back();
+    }
     skip_ = false;
+    leave_ = false;
     while (!frames_.empty()) {
         Frame& top = frames_.back();
         if (Node* const child = top.composite->GetNext(top.index)) {

@@ -6,6 +6,7 @@
 
 #include <KivInspect/FileSource.h>
 
+#include "kivtree/ProgressBar.h"
 #include "kivtree/system/System.h"
 
 namespace KivTree {
@@ -80,8 +81,13 @@ KivInspect::Names Context::LoadNames(const std::string& file) const {
 }
 
 Input Context::Load(const std::string& file) const {
-    KivInspect::LoadedFile loaded = file == "-" ? KivInspect::LoadBytes(ReadStandardInput(), "standard input")
-                                                : KivInspect::LoadFile(std::filesystem::u8path(file));
+    KivInspect::LoadFileOptions load;
+    ProgressBar bar(!options_.noProgress, "reading " + file);
+    if (IsErrorTerminal()) {
+        load.progress = [&bar](std::uint64_t done, std::uint64_t total) { bar.Show(done, total); };
+    }
+    KivInspect::LoadedFile loaded = file == "-" ? KivInspect::LoadBytes(ReadStandardInput(), "standard input", load)
+                                                : KivInspect::LoadFile(std::filesystem::u8path(file), load);
     if (!loaded.result.Ok()) {
         ThrowLoadFailure(file, loaded.result);
     }

@@ -26,6 +26,11 @@ public:
     int GetDepth() const noexcept { return static_cast<int>(frames_.size()); }
     /// Next does not go below the current node.
     void SkipChildren() noexcept { skip_ = true; }
+    /// Next goes neither below the current node nor to those that follow it below the same parent.
+    void SkipRest() noexcept {
+        skip_ = true;
+        leave_ = true;
+    }
     /// The current node's key from the root of its tree; with names where there are any.
     std::string GetKey(const Names* names = nullptr) const;
 
@@ -40,6 +45,7 @@ private:
     std::vector<Frame> frames_;
     bool started_ = false;
     bool skip_ = false;
+    bool leave_ = false;
 };
 
 }  // namespace KivInspect

@@ -1,0 +1,119 @@
+#include "kivtree/Forms.h"
+
+#include <cstdint>
+#include <vector>
+
+#include <KivInspect/Diff.h>
+#include <KivInspect/JsonForm.h>
+#include <KivInspect/TextForm.h>
+#include <KivInspect/Walk.h>
+#include <KivStorage/SaveTree.h>
+#include <KivStorage/UnsavedParts.h>
+
+namespace KivTree {
+namespace {
+
+using KivGenerics::Tree;
+using KivInspect::Form;
+
+constexpr std::size_t PartsToTell = 20;
+
+/// Says why a tree cannot be saved, part by part, and throws.
+[[noreturn]] void RefuseLosses(Tree* tree) {
+    const std::vector<KivStorage::UnsavedPart> parts = KivStorage::FindUnsavedParts(tree, true);
+    for (std::size_t i = 0; i < parts.size() && i < PartsToTell; ++i) {
+        Context::Note(parts[i].sentence);
+    }
+    throw Trouble("the binary form cannot hold this tree: " + std::to_string(parts.size()) +
+                  " of its nodes would be lost or altered. The text and the JSON form hold any tree.");
+}
+
+void TellTemporary(Tree* tree) {
+    std::uint64_t count = 0;
+    KivInspect::Walk walk(tree->GetRoot());
+    while (KivGenerics::Node* const node = walk.Next()) {
+        if (node->GetTemporality() == KivGenerics::TemporalityTemporary) {
+            ++count;
+            walk.SkipChildren();
+        }
+    }
+    if (count > 0) {
+        Context::Note(std::to_string(count) + (count == 1 ? " temporary node is left out: it is never saved."
+                                                          : " temporary nodes are left out: they are never saved."));
+    }
+}
+
+void Prove(Tree* tree, const KivInspect::LoadedFile& back, const KivInspect::DiffOptions& options) {
+    if (!back.result.Ok()) {
+        throw Trouble("what was written does not read back: " + back.result.sentence + " Nothing was kept.");
+    }
+    std::string where;
+    const KivInspect::DiffTotals totals =
+        KivInspect::Diff(tree, back.tree.Get(), options, [&where](const KivInspect::Change& change) {
+            where = change.key;
+            return false;
+        });
+    if (totals.Any()) {
+        throw Trouble("what was written reads back as another tree, first at \"" + where + "\". Nothing was kept.");
+    }
+}
+
+void WriteBinary(Tree* tree, OutputFile& out) {
+    std::vector<std::uint8_t> bytes;
+    KivStorage::SaveOptions options;
+    options.withTransient = true;
+    const KivStorage::Result saved = KivStorage::SaveTreeToMemory(tree, bytes, options);
+    if (saved.code == KivStorage::StorageUnsavedParts) {
+        RefuseLosses(tree);
+    }
+    if (!saved.Ok()) {
+        throw Trouble(saved.sentence);
+    }
+    const std::string_view view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    KivInspect::DiffOptions kept;
+    kept.limit = KivGenerics::TemporalityTransient;
+    Prove(tree, KivInspect::LoadBytes(view, "what was written"), kept);
+    TellTemporary(tree);
+    out.Write(view);
+}
+
+void WriteLines(Tree* tree, Form form, KivInspect::Sink& sink) {
+    if (form == Form::Text) {
+        KivInspect::WriteText(tree, sink);
+    } else {
+        KivInspect::WriteJson(tree, sink);
+    }
+}
+
+}  // namespace
+
+Form ChooseForm(const std::string& name, const std::string& file) {
+    const std::string ending = name.empty() ? std::filesystem::u8path(file).extension().u8string() : name;
+    if (ending == "text" || ending == ".kivtext") {
+        return Form::Text;
+    }
+    if (ending == "json" || ending == ".json") {
+        return Form::Json;
+    }
+    if (ending == "binary" || ending == ".kiv") {
+        return Form::Binary;
+    }
+    throw Trouble("\"" + file + "\" does not tell the form by an ending .kiv, .kivtext or .json: name it with --to.");
+}
+
+void WriteProved(Tree* tree, Form form, OutputFile& out) {
+    if (form == Form::Binary) {
+        WriteBinary(tree, out);
+    } else if (out.GetScratchPath().empty()) {
+        KivInspect::StringSink lines;
+        WriteLines(tree, form, lines);
+        Prove(tree, KivInspect::LoadBytes(lines.GetText(), "what was written"), {});
+        out.Write(lines.GetText());
+    } else {
+        WriteLines(tree, form, out);
+        out.Finish();
+        Prove(tree, KivInspect::LoadFile(out.GetScratchPath()), {});
+    }
+}
+
+}  // namespace KivTree

@@ -1,0 +1,76 @@
+#include "kivtree/ProgressBar.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "kivtree/system/System.h"
+
+namespace KivTree {
+namespace {
+
+constexpr double Mega = 1e6;
+constexpr auto Patience = std::chrono::seconds(1);
+constexpr auto Pause = std::chrono::milliseconds(100);
+constexpr const char* ClearLine = "\r\x1b[K";
+
+std::string Formatted(const char* format, double value) {
+    char text[64];
+    std::snprintf(text, sizeof text, format, value);
+    return text;
+}
+
+std::string TimeLeft(double seconds) {
+    const int whole = static_cast<int>(seconds + 0.5);
+    char text[32];
+    std::snprintf(text, sizeof text, "%d:%02d left", whole / 60, whole % 60);
+    return text;
+}
+
+}  // namespace
+
+std::string ProgressLine(const std::string& what, std::uint64_t done, std::uint64_t total, double seconds, int width) {
+    const double bytes = static_cast<double>(done);
+    const double rate = seconds > 0 ? bytes / seconds : 0;
+    std::string line = what + " " + Formatted("%.1f", bytes / Mega);
+    if (total > 0) {
+        line += Formatted(" of %.1f", static_cast<double>(total) / Mega);
+    }
+    line += Formatted(" MB, %.0f MB/s", rate / Mega);
+    if (total > done && rate > 0) {
+        line += ", " + TimeLeft(static_cast<double>(total - done) / rate);
+    }
+    const auto room = static_cast<std::size_t>((std::max)(width - 1, 0));
+    constexpr std::size_t most = 30;
+    if (total > 0 && line.size() + most + 3 <= room) {
+        const std::size_t full =
+            static_cast<std::size_t>(static_cast<double>(most) * (std::min)(1.0, bytes / static_cast<double>(total)));
+        line = "[" + std::string(full, '#') + std::string(most - full, ' ') + "] " + line;
+    }
+    return line.substr(0, room);
+}
+
+ProgressBar::ProgressBar(bool wanted, std::string what)
+    : what_(std::move(what)), wanted_(wanted && IsErrorTerminal()) {}
+
+ProgressBar::~ProgressBar() {
+    if (shown_) {
+        std::fputs(ClearLine, stderr);
+    }
+}
+
+void ProgressBar::Show(std::uint64_t done, std::uint64_t total) {
+    if (!wanted_) {
+        return;
+    }
+    const Clock::time_point now = Clock::now();
+    if (now - begin_ < Patience || now - last_ < Pause) {
+        return;
+    }
+    last_ = now;
+    shown_ = true;
+    const double seconds = std::chrono::duration<double>(now - begin_).count();
+    std::fprintf(stderr, "%s%s", ClearLine, ProgressLine(what_, done, total, seconds, GetTerminalWidth()).c_str());
+    std::fflush(stderr);
+}
+
+}  // namespace KivTree

@@ -1,0 +1,54 @@
+#include <memory>
+#include <string>
+
+#include <KivInspect/Dump.h>
+#include <KivInspect/Key.h>
+
+#include "kivtree/Verbs.h"
+
+namespace KivTree {
+namespace {
+
+struct Options {
+    std::string file;
+    std::string key;
+    bool all = false;
+    KivInspect::DumpOptions dump;
+};
+
+int RunDump(const Options& options, Context& context) {
+    const Input input = context.Load(options.file);
+    const KivInspect::FoundNode found = KivInspect::FindNode(input.tree.Get(), options.key, &input.names);
+    if (found.node == nullptr && !(options.key.empty() && input.tree->IsEmpty())) {
+        throw Trouble(options.file + ": " + found.problem + " kivtree ls shows what is there.");
+    }
+    KivInspect::DumpOptions dump = options.dump;
+    dump.names = &input.names;
+    if (options.all) {
+        dump.children = KivInspect::DumpOptions::Everything;
+        dump.width = 0;
+    }
+    if (KivInspect::WriteDump(found.node, context.Out(), dump)) {
+        context.Out().Write("(abbreviated: --all shows everything)\n");
+    }
+    return ExitSuccess;
+}
+
+}  // namespace
+
+Run DefineDump(CLI::App& words) {
+    const auto options = std::make_shared<Options>();
+    words.add_option("FILE", options->file, "the tree; - is standard input")->required();
+    words.add_option("KEY", options->key, "the node to begin with; without it, the root");
+    words.add_flag("--all", options->all, "show every child and whole values");
+    words.add_option("--children", options->dump.children, "how many children of each node are shown")
+        ->check(CLI::PositiveNumber)
+        ->type_name("N");
+    words.add_option("--depth", options->dump.depth, "how many levels below the first node are shown")
+        ->check(CLI::NonNegativeNumber)
+        ->type_name("N");
+    words.footer("Exit code 0: shown; 2: trouble.");
+    return [options](Context& context) { return RunDump(*options, context); };
+}
+
+}  // namespace KivTree

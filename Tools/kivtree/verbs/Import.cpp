@@ -1,0 +1,75 @@
+#include <memory>
+#include <string>
+
+#include <KivInspect/FileSource.h>
+#include <KivInspect/ImportJson.h>
+
+#include "kivtree/Forms.h"
+#include "kivtree/OutputFile.h"
+#include "kivtree/Verbs.h"
+
+namespace KivTree {
+namespace {
+
+struct Options {
+    std::string from;
+    std::string to;
+    std::string form;
+    bool force = false;
+};
+
+KivInspect::ImportResult ReadDocument(const std::string& file) {
+    KivInspect::ImportResult imported;
+    if (file == "-") {
+        const std::string bytes = Context::ReadStandardInput();
+        KivInspect::MemorySource source(bytes);
+        return KivInspect::ImportJson(source, "standard input");
+    }
+    const KivStorage::Result read =
+        KivInspect::ReadFile(std::filesystem::u8path(file),
+                             [&imported](KivInspect::Source& source, const std::string& place) {
+                                 imported = KivInspect::ImportJson(source, place);
+                                 return imported.result;
+                             });
+    imported.result = read;
+    return imported;
+}
+
+int RunImport(const Options& options, Context& context) {
+    const KivInspect::Form form = ChooseForm(options.form, options.to);
+    KivInspect::ImportResult imported = ReadDocument(options.from);
+    if (!imported.result.Ok()) {
+        throw Trouble(imported.result.sentence);
+    }
+    if (imported.replaced > 0) {
+        Context::Note(std::to_string(imported.replaced) +
+                      " members have been replaced by a later one of the same name in their object.");
+    }
+    OutputFile out(context, options.to, options.force);
+    WriteProved(imported.tree.Get(), form, out);
+    out.Commit();
+    if (options.to != "-") {
+        OutputFile names(context, options.to + ".names.json", options.force);
+        KivInspect::WriteNames(imported.names, names);
+        names.Commit();
+    }
+    return ExitSuccess;
+}
+
+}  // namespace
+
+Run DefineImport(CLI::App& words) {
+    const auto options = std::make_shared<Options>();
+    words.add_option("JSON", options->from, "any JSON document; - is standard input")->required();
+    words.add_option("TO", options->to, "the tree that it becomes; - is standard output")->required();
+    words.add_option("--to", options->form, "the form: binary, text or json; without it, by the ending of TO")
+        ->check(CLI::IsMember({"binary", "text", "json"}))
+        ->type_name("FORM");
+    words.add_flag("-f,--force", options->force, "overwrite TO and its dictionary");
+    words.footer(
+        "The names of members go into the dictionary TO.names.json, by which every verb shows and takes them.\n"
+        "Exit code 0: imported; 2: trouble.");
+    return [options](Context& context) { return RunImport(*options, context); };
+}
+
+}  // namespace KivTree
