@@ -17,13 +17,13 @@
 #include <KivStorage/MemoryWriteStream.h>
 
 #include "faults/Documents.h"
-#include "faults/Faults.h"
+#include "faults/EveryFault.h"
 
 using namespace KivGenerics;
 
 namespace {
 
-enum class Promise { TreeAsItWas, TreeUsable };
+using Faults::Promise;
 
 struct Operation {
     const char* name;
@@ -144,56 +144,8 @@ const Operation kOperations[] = {
 
 class AllocationTest : public testing::TestWithParam<Operation> {
 protected:
-    /// Runs the operation with the k-th allocation failing; answers whether one failed.
-    bool RunWithFault(long k, Faults::Lasting lasting, bool answersNull) {
-        SCOPED_TRACE(k);
-        const long blocks = Faults::GetLiveBlocks();
-        bool struck = false;
-        {
-            const Faults::WrappedBuffers buffers(answersNull);
-            auto tree = NewDocument();
-            const auto other = NewDocument();
-            const std::string before = Describe(*tree);
-            bool failed = false;
-            {
-                const Faults::Armed armed(k, lasting);
-                try {
-                    GetParam().run(*tree, *other);
-                } catch (const std::bad_alloc&) {
-                    failed = true;
-                }
-                struck = armed.HasStruck();
-            }
-            EXPECT_EQ(CountUnsoundNodes(*tree), 0);
-            if (failed && GetParam().promise == Promise::TreeAsItWas) {
-                EXPECT_EQ(Describe(*tree), before);
-            }
-            CheckUsable(*tree);
-        }
-        EXPECT_EQ(Faults::GetLiveBuffers(), 0);
-        EXPECT_EQ(Faults::GetLiveBlocks(), blocks);
-        return struck;
-    }
-
-    void RunWithEveryFault(Faults::Lasting lasting, bool answersNull) {
-        long k = 1;
-        while (RunWithFault(k, lasting, answersNull) && !HasFailure()) {
-            ++k;
-            ASSERT_LT(k, 100'000);
-        }
-    }
-
-private:
-    /// The tree takes the whole document anew and holds it, whatever the fault has left of the old one.
-    static void CheckUsable(Tree& tree) {
-        if (tree.IsReadOnly()) {
-            return;  // a save that fails in the root leaves the tree so
-        }
-        FillDocument(tree);
-        const auto fresh = NewDocument();
-        EXPECT_EQ(Describe(tree), Describe(*fresh));
-        EXPECT_EQ(tree.GetRoot()->Compare(fresh->GetRoot(), TemporalityTemporary, true), 0);
-        tree.RemoveRoot();
+    static void RunWithEveryFault(Faults::Lasting lasting, bool answersNull) {
+        Faults::RunWithEveryFault(GetParam().run, GetParam().promise, lasting, answersNull);
     }
 };
 

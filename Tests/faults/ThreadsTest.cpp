@@ -19,7 +19,7 @@ using namespace KivGenerics;
 
 namespace {
 
-constexpr int kThreads = 4;
+constexpr int kThreads = 8;
 
 template <class Work>
 void RunOnThreads(Work work) {
