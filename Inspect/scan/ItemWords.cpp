@@ -115,6 +115,7 @@ std::string Describe(const ScannedItem& item, const Meaning& meaning, const Stru
         case Role::NodeEnds: return Key(node, structure) + " ends";
         case Role::TreeEnds: return "the tree ends";
         case Role::Unused: return "passed over: " + DescribeAlone(item);
+        case Role::Unplaced: return DescribeAlone(item);
         case Role::Wrong: return DescribeAlone(item) + ": WRONG, " + meaning.problem;
     }
     return {};

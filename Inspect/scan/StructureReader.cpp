@@ -124,7 +124,8 @@ void StructureReader::Take(const ScannedItem& item, Meaning& meaning) {
     meaning.headerEnds = false;
     meaning.problem = nullptr;
     if (broken_) {
-        return Wrong(meaning, "what stands before it is not in order");
+        meaning.role = Role::Unplaced;
+        return;
     }
     if (depth_ == 0) {
         return TakeOutside(item, meaning);

@@ -25,6 +25,7 @@ enum class Role {
     TreeEnds,
     Unused,     ///< what a reader passes over
     Wrong,      ///< it cannot stand here
+    Unplaced,  ///< what comes behind it
 };
 
 /// What is known of a node from its place and from its parent's header.
@@ -49,7 +50,7 @@ struct Meaning {
 
 /// Tells from the items of a saved tree, one after the other, what tree they are.
 ///
-/// Nothing is believed: what does not fit is Wrong, and so is everything after it. Memory grows with the depth and with the
+/// Nothing is believed: what does not fit is Wrong, and everything after it Unplaced. Memory grows with the depth and with the
 /// indexes of the maps that are open, where these are not consecutive.
 class StructureReader {
 public:
