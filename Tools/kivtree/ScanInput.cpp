@@ -48,8 +48,12 @@ ScanInput OpenScan(Context& context, const std::string& file) {
     if (input.form == KivInspect::Form::Binary) {
         return input;
     }
-    const KivInspect::LoadedFile loaded = file == "-" ? KivInspect::LoadBytes(input.GetBytes(), "standard input")
-                                                      : KivInspect::LoadedFile{{}, input.form, context.Load(file).tree};
+    KivInspect::LoadedFile loaded;
+    if (file == "-") {
+        loaded = KivInspect::LoadBytes(input.GetBytes(), "standard input");
+    } else {
+        loaded.tree = context.Load(file).tree;
+    }
     if (!loaded.result.Ok()) {
         ThrowLoadFailure(file, loaded.result);
     }
