@@ -1,5 +1,6 @@
 #include <KivInspect/Info.h>
 
+#include <KivGenerics/Temporality.h>
 #include <KivStorage/LoadTree.h>
 #include <gtest/gtest.h>
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include <KivGenerics/Composite.h>
 #include <gtest/gtest.h>
 
 #include "model/Random.h"
