@@ -23,6 +23,7 @@
 
 #include "unicode/BuildTree.h"
 #include "unicode/Database.h"
+#include "unicode/NamesFile.h"
 #include "unicode/Recheck.h"
 #include "unicode/Report.h"
 #include "unicode/Schema.h"
@@ -40,7 +41,8 @@ const char* const PartNames[PartCount] = {"code points", "categories", "scripts"
 const char* const Usage =
     "usage: UnicodeData [--output FILE] [DIRECTORY]\n"
     "  DIRECTORY      holds UnicodeData.txt, Blocks.txt, Scripts.txt and DerivedAge.txt (/usr/share/unicode)\n"
-    "  --output FILE  where the tree is saved and kept (a temporary file)\n";
+    "  --output FILE  where the tree is saved and kept (a temporary file), with the names of its parts in "
+    "FILE.names.json\n";
 
 struct Options {
     std::filesystem::path directory = "/usr/share/unicode";
@@ -225,6 +227,9 @@ int Run(const Options& options) {
     Report report;
     if (!options.output.empty()) {
         DoEverything(report, options, options.output);
+        if (!report.HasFailed()) {
+            WriteNamesBeside(options.output);
+        }
     } else {
         const TemporaryDirectory directory;
         DoEverything(report, options, directory.GetPath() / "unicode.kiv");

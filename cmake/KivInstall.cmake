@@ -1,4 +1,4 @@
-# What an installation holds: the three libraries, their headers, and what CMake and pkg-config need to find them.
+# What an installation holds: the libraries, their headers, what CMake and pkg-config need to find them, and kivtree.
 # Everything is found relative to where it lies, so that an installation can be moved.
 
 include(CMakePackageConfigHelpers)
@@ -9,6 +9,18 @@ foreach(part Platform Generics Storage)
   install(DIRECTORY ${part}/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
 endforeach()
 install(TARGETS KivPlatform KivGenerics KivStorage EXPORT KivGenericsTargets)
+if(TARGET KivInspect)
+  set_target_properties(KivInspect PROPERTIES EXPORT_NAME Inspect)
+  install(DIRECTORY Inspect/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
+  install(TARGETS KivInspect EXPORT KivGenericsTargets)
+endif()
+if(TARGET kivtree)
+  # The tool finds its libraries from the folder it lies in.
+  file(RELATIVE_PATH librariesFromTools /prefix/${CMAKE_INSTALL_BINDIR} /prefix/${CMAKE_INSTALL_LIBDIR})
+  set_target_properties(kivtree PROPERTIES INSTALL_RPATH "$ORIGIN/${librariesFromTools}")
+  install(TARGETS kivtree)
+  install(FILES Docs/kivtree.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+endif()
 
 set(packageFolder ${CMAKE_INSTALL_LIBDIR}/cmake/KivGenerics)
 install(EXPORT KivGenericsTargets NAMESPACE Kiv:: DESTINATION ${packageFolder})

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include <KivBase/Utf.h>
 #include <KivInspect/Diff.h>
 #include <KivInspect/JsonForm.h>
 #include <KivInspect/TextForm.h>
@@ -22,7 +23,8 @@ constexpr std::size_t PartsToTell = 20;
 [[noreturn]] void RefuseLosses(Tree* tree) {
     const std::vector<KivStorage::UnsavedPart> parts = KivStorage::FindUnsavedParts(tree, true);
     for (std::size_t i = 0; i < parts.size() && i < PartsToTell; ++i) {
-        Context::Note(parts[i].sentence);
+        const std::string key = KivBase::ToUtf8(parts[i].key);
+        Context::Note((key.empty() ? "the root" : key) + ": " + parts[i].sentence);
     }
     throw Trouble("the binary form cannot hold this tree: " + std::to_string(parts.size()) +
                   " of its nodes would be lost or altered. The text and the JSON form hold any tree.");
