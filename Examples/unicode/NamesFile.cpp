@@ -1,9 +1,9 @@
-#include "unicode/NamesFile.h"
+#include "NamesFile.h"
 
 #include <fstream>
 #include <vector>
 
-#include "unicode/Schema.h"
+#include "Schema.h"
 
 namespace UnicodeExample {
 namespace {
