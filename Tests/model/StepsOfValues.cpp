@@ -107,7 +107,8 @@ void RunSet(World& world, Choices& choices) {
             return SetBoth<Integer>(world, *item, number, number);
         }
         case NodeTypeInteger64: {
-            const std::int64_t number = std::int64_t{choices.AnyNumber()} * 0x100000001;
+            const auto number =
+                static_cast<std::int64_t>(static_cast<std::uint64_t>(choices.AnyNumber()) * 0x100000001U);
             return SetBoth<Integer64>(world, *item, number, number);
         }
         case NodeTypeBoolean: {
