@@ -10,6 +10,16 @@
 
 namespace KivGenerics {
 
+// The standard header that has these does not compile behind a system header that defines min and max.
+template <class Number>
+constexpr Number GetLesser(Number left, Number right) noexcept {
+    return right < left ? right : left;
+}
+template <class Number>
+constexpr Number GetGreater(Number left, Number right) noexcept {
+    return left < right ? right : left;
+}
+
 /// What stands beside a key where nothing does.
 struct NoPayload {};
 

@@ -2,7 +2,6 @@
 
 // How SortedChunks changes: adding splits chunks, removing joins them again.
 
-#include <algorithm>
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
@@ -47,11 +46,11 @@ public:
     /// Adds keys in ascending order, the first of them after all that are there.
     void AddRun(const Key* keys, int count) {
         while (count > 0) {
-            const std::size_t left = expected_ - (std::min)(expected_, chunks_.size());
-            const std::size_t wanted = (std::max)(left, static_cast<std::size_t>(count));
-            chunks_.AddPlace(*keys, static_cast<int>((std::min)(wanted, std::size_t{Leaf::kMost})));
+            const std::size_t left = expected_ - GetLesser(expected_, chunks_.size());
+            const std::size_t wanted = GetGreater(left, static_cast<std::size_t>(count));
+            chunks_.AddPlace(*keys, static_cast<int>(GetLesser(wanted, std::size_t{Leaf::kMost})));
             Leaf* const last = chunks_.GetLastLeaf();
-            const int fits = (std::min)(count - 1, last->capacity - last->size);
+            const int fits = GetLesser(count - 1, last->capacity - last->size);
             last->CopyBack(keys + 1, fits);
             chunks_.size_ += static_cast<std::uint32_t>(fits);
             keys += fits + 1;
@@ -90,7 +89,7 @@ auto SortedChunks<Key, Order, Payload>::AddPlace(const Key& key, int expected) -
 template <class Key, class Order, class Payload>
 void SortedChunks<Key, Order, Payload>::MakeRoom(const Key& key, int expected) {
     if (root_ == nullptr) {
-        root_ = Leaf::New(buffer_, Leaf::GetCapacityFor((std::max)(expected, 1)), 0);
+        root_ = Leaf::New(buffer_, Leaf::GetCapacityFor(GetGreater(expected, 1)), 0);
         return;
     }
     Step place{nullptr, 0};
@@ -125,7 +124,7 @@ template <class Key, class Order, class Payload>
 template <class Chunk>
 void SortedChunks<Key, Order, Payload>::Enlarge(Chunk*& chunk, Step place, int expected) {
     Chunk* const old = chunk;
-    chunk = Chunk::New(buffer_, Chunk::GetCapacityFor(old->size + (std::max)(expected, 1)), old->level);
+    chunk = Chunk::New(buffer_, Chunk::GetCapacityFor(old->size + GetGreater(expected, 1)), old->level);
     chunk->CopyBack(*old, 0, old->size);
     (place.inner != nullptr ? place.inner->GetPayloads()[place.at] : root_) = chunk;
     Chunk::Delete(buffer_, old);
@@ -142,7 +141,7 @@ Chunk* SortedChunks<Key, Order, Payload>::Split(Chunk* chunk, Step place, int co
         place.inner = root;
     }
     const int from = chunk->size - count;
-    const int wanted = (std::max)(count + (std::max)(expected, 1), Chunk::kMost / 4);
+    const int wanted = GetGreater(count + GetGreater(expected, 1), Chunk::kMost / 4);
     Chunk* const right = Chunk::New(buffer_, Chunk::GetCapacityFor(wanted), chunk->level);
     right->CopyBack(*chunk, from, count);
     chunk->size = static_cast<std::uint16_t>(from);
@@ -210,7 +209,7 @@ bool SortedChunks<Key, Order, Payload>::Merge(Inner& parent, int at) noexcept {
     auto* const left = static_cast<Chunk*>(parent.GetPayloads()[at]);
     auto* const right = static_cast<Chunk*>(parent.GetPayloads()[at + 1]);
     const int size = left->size + right->size;
-    if (size > (std::max)(left->capacity, right->capacity)) {
+    if (size > GetGreater(left->capacity, right->capacity)) {
         return false;
     }
     if (right->level > 0) {
