@@ -41,8 +41,10 @@ public:
         for (const SubTree& tree : trees) {
             order_.push_back(&tree);
         }
-        std::stable_sort(order_.begin(), order_.end(),
-                         [](const SubTree* left, const SubTree* right) { return left->bytes > right->bytes; });
+        // Of the same size, in the order that they stand in.
+        std::sort(order_.begin(), order_.end(), [](const SubTree* left, const SubTree* right) {
+            return left->bytes != right->bytes ? left->bytes > right->bytes : left < right;
+        });
         scale_ = area.width * area.height / static_cast<double>(bytes);
     }
 

@@ -86,8 +86,9 @@ std::string TagLabel(std::uint32_t tag, const Names* names) {
 /// The tags, the one with most bytes first.
 std::vector<TagShare> RankTags(const Statistics& statistics) {
     std::vector<TagShare> tags(statistics.byTag.begin(), statistics.byTag.end());
-    std::stable_sort(tags.begin(), tags.end(), [](const TagShare& left, const TagShare& right) {
-        return left.second.bytes > right.second.bytes;
+    std::sort(tags.begin(), tags.end(), [](const TagShare& left, const TagShare& right) {
+        return left.second.bytes != right.second.bytes ? left.second.bytes > right.second.bytes
+                                                       : left.first < right.first;
     });
     return tags;
 }

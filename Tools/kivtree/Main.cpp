@@ -34,11 +34,11 @@ int RefuseVerb(const std::string& word) {
     return ExitTrouble;
 }
 
-int RefuseWords(const CLI::App& words, const std::vector<std::string>& given, const CLI::ParseError& error) {
+int RefuseWords(const CommandLine& words, const std::vector<std::string>& given, const std::string& problem) {
     std::vector<std::string> known;
-    for (const CLI::Option* option : words.get_options()) {
-        for (const std::string& name : option->get_lnames()) {
-            known.push_back("--" + name);
+    for (const OptionWords& option : words.GetOptions()) {
+        if (option.name.rfind("--", 0) == 0) {
+            known.push_back(option.name);
         }
     }
     std::string suggestion;
@@ -48,28 +48,24 @@ int RefuseWords(const CLI::App& words, const std::vector<std::string>& given, co
             suggestion = Suggestion(name, known);
         }
     }
-    std::string what = error.what();
-    std::replace(what.begin(), what.end(), '\n', ' ');
-    Context::Note(what + "." + suggestion + " " + words.get_name() + " --help lists what it takes.");
+    Context::Note(problem + "." + suggestion + " " + words.GetProgram() + " --help lists what it takes.");
     return ExitTrouble;
 }
 
-int RunVerb(const Verb& verb, std::vector<std::string> given) {
+int RunVerb(const Verb& verb, const std::vector<std::string>& given) {
     CommonOptions common;
-    VerbWords made = MakeWords(verb, common);
-    std::vector<std::string> reversed(given.rbegin(), given.rend());
-    try {
-        made.words->parse(reversed);
-    } catch (const CLI::CallForHelp&) {
-        Context context(common);
-        context.Out().Write(made.words->help());
-        context.Out().Flush();
-        return ExitSuccess;
-    } catch (const CLI::ParseError& error) {
-        return RefuseWords(*made.words, given, error);
+    const VerbWords made = MakeWords(verb, common);
+    const CommandLine::Parsed parsed = made.words->Parse(given);
+    if (!parsed.problem.empty()) {
+        return RefuseWords(*made.words, given, parsed.problem);
     }
     Context context(common);
-    const int code = made.run(context);
+    int code = ExitSuccess;
+    if (parsed.wantsHelp) {
+        context.Out().Write(made.words->GetHelp());
+    } else {
+        code = made.run(context);
+    }
     context.Out().Flush();
     return code;
 }

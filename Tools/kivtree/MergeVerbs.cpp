@@ -16,17 +16,15 @@ std::string SideText(KivGenerics::Node* node) {
 
 }  // namespace
 
-void AddMergeOptions(CLI::App& words, const std::shared_ptr<MergeWords>& options) {
-    words.add_option("-o,--output", options->output, "where the result goes; - is standard output")
-        ->required()
-        ->type_name("FILE");
-    words.add_option("--to", options->form, "the form of the result: binary, text or json; without it, that of A")
-        ->check(CLI::IsMember({"binary", "text", "json"}))
-        ->type_name("FORM");
-    words.add_flag("-f,--force", options->force, "overwrite the output, which may be one of the trees");
-    auto* const ours = words.add_flag("--ours", options->favorOurs, "settle conflicts for A");
-    words.add_flag("--theirs", options->favorTheirs, "settle conflicts for B")->excludes(ours);
-    words.footer(
+void AddMergeOptions(CommandLine& words, const std::shared_ptr<MergeWords>& options) {
+    words.Add("-o,--output", options->output, "where the result goes; - is standard output").Required().Named("FILE");
+    words.Add("--to", options->form, "the form of the result: binary, text or json; without it, that of A")
+        .OneOf({"binary", "text", "json"})
+        .Named("FORM");
+    words.AddFlag("-f,--force", options->force, "overwrite the output, which may be one of the trees");
+    const Option ours = words.AddFlag("--ours", options->favorOurs, "settle conflicts for A");
+    words.AddFlag("--theirs", options->favorTheirs, "settle conflicts for B").Excludes(ours);
+    words.SetFooter(
         "A conflict is a line with its key, what is not agreed about, and both sides. Without --ours and --theirs the "
         "result "
         "keeps A's side.\nExit code 0: no conflict, or all settled; 1: conflicts; 2: trouble.");

@@ -4,10 +4,9 @@
 #include <memory>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
 #include <KivInspect/Merge.h>
 
+#include "kivtree/CommandLine.h"
 #include "kivtree/Context.h"
 
 namespace KivTree {
@@ -24,7 +23,7 @@ struct MergeWords {
 };
 
 /// Adds the options but the names of the trees.
-void AddMergeOptions(CLI::App& words, const std::shared_ptr<MergeWords>& options);
+void AddMergeOptions(CommandLine& words, const std::shared_ptr<MergeWords>& options);
 
 /// Does a merge into `ours`, lists its conflicts on standard output, and writes the result.
 using DoMerge = std::function<std::uint64_t(const KivInspect::MergeOptions&, const KivInspect::OnConflict&)>;

@@ -36,19 +36,19 @@ const Verb* FindVerb(const std::string& name) {
 
 VerbWords MakeWords(const Verb& verb, CommonOptions& common) {
     VerbWords made;
-    made.words = std::make_unique<CLI::App>(verb.summary, "kivtree " + std::string(verb.name));
+    made.words = std::make_unique<CommandLine>("kivtree " + std::string(verb.name), verb.summary);
     made.run = verb.define(*made.words);
-    CLI::App& words = *made.words;
-    words.set_help_flag("-h,--help", "print this help")->group("In every verb");
-    words.add_option("--color", common.color, "colours: auto (on a terminal, unless NO_COLOR is set), always or never")
-        ->check(CLI::IsMember({"auto", "always", "never"}))
-        ->type_name("WHEN")
-        ->group("In every verb");
-    words.add_option("--names", common.names, "the dictionary of names; without this, FILE.names.json if there is one")
-        ->type_name("FILE")
-        ->group("In every verb");
-    words.add_flag("--no-names", common.noNames, "show numbers, even if there is a dictionary")->group("In every verb");
-    words.add_flag("--no-progress", common.noProgress, "show no progress bar")->group("In every verb");
+    CommandLine& words = *made.words;
+    words.AddHelp("-h,--help", "print this help").Group("In every verb");
+    words.Add("--color", common.color, "colours: auto (on a terminal, unless NO_COLOR is set), always or never")
+        .OneOf({"auto", "always", "never"})
+        .Named("WHEN")
+        .Group("In every verb");
+    words.Add("--names", common.names, "the dictionary of names; without this, FILE.names.json if there is one")
+        .Named("FILE")
+        .Group("In every verb");
+    words.AddFlag("--no-names", common.noNames, "show numbers, even if there is a dictionary").Group("In every verb");
+    words.AddFlag("--no-progress", common.noProgress, "show no progress bar").Group("In every verb");
     return made;
 }
 

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
+#include "kivtree/CommandLine.h"
 #include "kivtree/Context.h"
 
 namespace KivTree {
@@ -18,7 +18,7 @@ struct Verb {
     const char* name;
     const char* summary;  ///< what it does, for the list of verbs
     /// Adds the verb's options to `words` and returns what runs when they are parsed. Options live in what is returned.
-    Run (*define)(CLI::App& words);
+    Run (*define)(CommandLine& words);
 };
 
 /// All verbs, in the order in which help lists them.
@@ -28,29 +28,29 @@ const Verb* FindVerb(const std::string& name);
 
 /// A verb's words: its own options, and those that every verb has, which are kept in `common`.
 struct VerbWords {
-    std::unique_ptr<CLI::App> words;
+    std::unique_ptr<CommandLine> words;
     Run run;
 };
 VerbWords MakeWords(const Verb& verb, CommonOptions& common);
 
 // Each is defined in verbs/NAME.cpp.
-Run DefineAnnotate(CLI::App& words);
-Run DefineCheck(CLI::App& words);
-Run DefineCompletion(CLI::App& words);
-Run DefineConvert(CLI::App& words);
-Run DefineDiff(CLI::App& words);
-Run DefineDump(CLI::App& words);
-Run DefineFind(CLI::App& words);
-Run DefineGet(CLI::App& words);
-Run DefineHelp(CLI::App& words);
-Run DefineImport(CLI::App& words);
-Run DefineInfo(CLI::App& words);
-Run DefineLs(CLI::App& words);
-Run DefineMerge(CLI::App& words);
-Run DefineMerge3(CLI::App& words);
-Run DefineSalvage(CLI::App& words);
-Run DefineStats(CLI::App& words);
-Run DefineVersion(CLI::App& words);
-Run DefineView(CLI::App& words);
+Run DefineAnnotate(CommandLine& words);
+Run DefineCheck(CommandLine& words);
+Run DefineCompletion(CommandLine& words);
+Run DefineConvert(CommandLine& words);
+Run DefineDiff(CommandLine& words);
+Run DefineDump(CommandLine& words);
+Run DefineFind(CommandLine& words);
+Run DefineGet(CommandLine& words);
+Run DefineHelp(CommandLine& words);
+Run DefineImport(CommandLine& words);
+Run DefineInfo(CommandLine& words);
+Run DefineLs(CommandLine& words);
+Run DefineMerge(CommandLine& words);
+Run DefineMerge3(CommandLine& words);
+Run DefineSalvage(CommandLine& words);
+Run DefineStats(CommandLine& words);
+Run DefineVersion(CommandLine& words);
+Run DefineView(CommandLine& words);
 
 }  // namespace KivTree

@@ -29,14 +29,12 @@ int RunAnnotate(const Options& options, Context& context) {
 
 }  // namespace
 
-Run DefineAnnotate(CLI::App& words) {
+Run DefineAnnotate(CommandLine& words) {
     const auto options = std::make_shared<Options>();
-    words.add_option("FILE", options->file, "the file, in the binary form; - is standard input")->required();
-    words.add_option("--from", options->annotate.from, "leave out what stands before this byte")->type_name("BYTE");
-    words.add_option("--to", options->annotate.to, "leave out what stands at this byte and behind it")
-        ->type_name("BYTE")
-        ->default_str("");
-    words.footer(
+    words.Add("FILE", options->file, "the file, in the binary form; - is standard input").Required();
+    words.Add("--from", options->annotate.from, "leave out what stands before this byte").Named("BYTE");
+    words.Add("--to", options->annotate.to, "leave out what stands at this byte and behind it").Named("BYTE");
+    words.SetFooter(
         "Each line is an offset in hexadecimal, the bytes there, and what they mean. Reads the file once, in little\n"
         "memory, whatever its size. Damage is marked WRONG where it is.\n\n"
         "Exit code 0: the file is whole; 2: trouble, damage too.");

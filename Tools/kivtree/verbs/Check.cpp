@@ -67,15 +67,15 @@ int RunCheck(const Options& options, Context& context) {
 
 }  // namespace
 
-Run DefineCheck(CLI::App& words) {
+Run DefineCheck(CommandLine& words) {
     const auto options = std::make_shared<Options>();
-    words.add_option("FILE", options->file, "the tree; - is standard input")->required();
-    words.add_flag("--checksums", options->checksums, "check the file alone, in little memory, whatever its size");
-    words.add_flag("--transient", options->withTransient, "check for a save with transient nodes");
-    words.add_flag("--strict", options->strict,
-                   "find fault with limits that are nearly reached, ill-formed texts and temporary nodes, too");
-    words.add_flag("--json", options->json, "print a JSON object");
-    words.footer(
+    words.Add("FILE", options->file, "the tree; - is standard input").Required();
+    words.AddFlag("--checksums", options->checksums, "check the file alone, in little memory, whatever its size");
+    words.AddFlag("--transient", options->withTransient, "check for a save with transient nodes");
+    words.AddFlag("--strict", options->strict,
+                  "find fault with limits that are nearly reached, ill-formed texts and temporary nodes, too");
+    words.AddFlag("--json", options->json, "print a JSON object");
+    words.SetFooter(
         "Is the file whole? Would the tree survive a save, and if not, which nodes, why, and what is to be done? How "
         "far\n"
         "is it from every limit?\n\n"

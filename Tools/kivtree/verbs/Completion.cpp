@@ -7,13 +7,6 @@
 namespace KivTree {
 namespace {
 
-/// An option as a shell has to know it.
-struct OptionWords {
-    std::string name;  ///< with its dashes
-    std::string description;
-    bool takesValue = false;
-};
-
 /// Of a description the first line, without what a shell could take for its own.
 std::string Plain(const std::string& text) {
     std::string plain;
@@ -25,16 +18,9 @@ std::string Plain(const std::string& text) {
 
 std::vector<OptionWords> OptionsOf(const Verb& verb) {
     CommonOptions common;
-    const VerbWords made = MakeWords(verb, common);
-    std::vector<OptionWords> options;
-    for (const CLI::Option* option : made.words->get_options()) {
-        const bool takesValue = option->get_type_size() > 0;
-        for (const std::string& name : option->get_snames()) {
-            options.push_back({"-" + name, Plain(option->get_description()), takesValue});
-        }
-        for (const std::string& name : option->get_lnames()) {
-            options.push_back({"--" + name, Plain(option->get_description()), takesValue});
-        }
+    std::vector<OptionWords> options = MakeWords(verb, common).words->GetOptions();
+    for (OptionWords& option : options) {
+        option.description = Plain(option.description);
     }
     return options;
 }
@@ -136,10 +122,10 @@ std::string ForFish() {
 
 }  // namespace
 
-Run DefineCompletion(CLI::App& words) {
+Run DefineCompletion(CommandLine& words) {
     const auto shell = std::make_shared<std::string>();
-    words.add_option("SHELL", *shell, "bash, zsh or fish")->required()->check(CLI::IsMember({"bash", "zsh", "fish"}));
-    words.footer(
+    words.Add("SHELL", *shell, "bash, zsh or fish").Required().OneOf({"bash", "zsh", "fish"});
+    words.SetFooter(
         "Prints a script that completes verbs, options and files. For bash, for example:\n"
         "  source <(kivtree completion bash)\n\n"
         "Exit code 0: printed; 2: trouble.");

@@ -25,15 +25,15 @@ int RunConvert(const Options& options, Context& context) {
 
 }  // namespace
 
-Run DefineConvert(CLI::App& words) {
+Run DefineConvert(CommandLine& words) {
     const auto options = std::make_shared<Options>();
-    words.add_option("FROM", options->from, "the tree, in any form; - is standard input")->required();
-    words.add_option("TO", options->to, "where it goes; - or nothing is standard output");
-    words.add_option("--to", options->form, "the form: binary, text or json; without it, by the ending of TO")
-        ->check(CLI::IsMember({"binary", "text", "json"}))
-        ->type_name("FORM");
-    words.add_flag("-f,--force", options->force, "overwrite TO");
-    words.footer(
+    words.Add("FROM", options->from, "the tree, in any form; - is standard input").Required();
+    words.Add("TO", options->to, "where it goes; - or nothing is standard output");
+    words.Add("--to", options->form, "the form: binary, text or json; without it, by the ending of TO")
+        .OneOf({"binary", "text", "json"})
+        .Named("FORM");
+    words.AddFlag("-f,--force", options->force, "overwrite TO");
+    words.SetFooter(
         "Endings: .kiv binary, .kivtext text, .json JSON. What is written is read back and compared before it stands.\n"
         "Exit code 0: converted; 2: trouble, and TO is as it was.");
     return [options](Context& context) { return RunConvert(*options, context); };

@@ -154,27 +154,23 @@ int RunDiff(const Options& options, Context& context) {
 
 }  // namespace
 
-Run DefineDiff(CLI::App& words) {
+Run DefineDiff(CommandLine& words) {
     const auto options = std::make_shared<Options>();
-    words.add_option("A", options->left, "the old tree; - is standard input")->required();
-    words.add_option("B", options->right, "the new tree; - is standard input")->required();
-    words.add_flag("-q,--quiet", options->quiet, "print nothing, and stop at the first change");
-    words.add_flag("--stat", options->stat, "print how many changes there are, not which");
-    words.add_flag("--json", options->json, "one JSON object a line");
-    words.add_option("--abs", options->diff.absolute, "doubles are the same up to this distance")
-        ->check(CLI::NonNegativeNumber)
-        ->type_name("X");
-    words.add_option("--rel", options->diff.relative, "doubles are the same up to this part of the greater one")
-        ->check(CLI::NonNegativeNumber)
-        ->type_name("X");
-    words.add_flag("--ignore-temporality", options->diff.ignoreTemporality, "own temporalities do not count");
-    words.add_flag("--ignore-tag", options->diff.ignoreTag, "tags do not count");
-    words
-        .add_option("--limit", options->limit,
-                    "what is more transient does not count: persistent, transient or temporary")
-        ->check(CLI::IsMember({"persistent", "transient", "temporary"}))
-        ->type_name("TEMPORALITY");
-    words.footer(
+    words.Add("A", options->left, "the old tree; - is standard input").Required();
+    words.Add("B", options->right, "the new tree; - is standard input").Required();
+    words.AddFlag("-q,--quiet", options->quiet, "print nothing, and stop at the first change");
+    words.AddFlag("--stat", options->stat, "print how many changes there are, not which");
+    words.AddFlag("--json", options->json, "one JSON object a line");
+    words.Add("--abs", options->diff.absolute, "doubles are the same up to this distance").NotNegative().Named("X");
+    words.Add("--rel", options->diff.relative, "doubles are the same up to this part of the greater one")
+        .NotNegative()
+        .Named("X");
+    words.AddFlag("--ignore-temporality", options->diff.ignoreTemporality, "own temporalities do not count");
+    words.AddFlag("--ignore-tag", options->diff.ignoreTag, "tags do not count");
+    words.Add("--limit", options->limit, "what is more transient does not count: persistent, transient or temporary")
+        .OneOf({"persistent", "transient", "temporary"})
+        .Named("TEMPORALITY");
+    words.SetFooter(
         "A line begins with + for what only B has, with - for what only A has, with ~ for what differs; elements of "
         "vectors are "
         "compared by position.\nExit code 0: the same; 1: different; 2: trouble.");

@@ -36,18 +36,16 @@ int RunDump(const Options& options, Context& context) {
 
 }  // namespace
 
-Run DefineDump(CLI::App& words) {
+Run DefineDump(CommandLine& words) {
     const auto options = std::make_shared<Options>();
-    words.add_option("FILE", options->file, "the tree; - is standard input")->required();
-    words.add_option("KEY", options->key, "the node to begin with; without it, the root");
-    words.add_flag("--all", options->all, "show every child and whole values");
-    words.add_option("--children", options->dump.children, "how many children of each node are shown")
-        ->check(CLI::PositiveNumber)
-        ->type_name("N");
-    words.add_option("--depth", options->dump.depth, "how many levels below the first node are shown")
-        ->check(CLI::NonNegativeNumber)
-        ->type_name("N");
-    words.footer("Exit code 0: shown; 2: trouble.");
+    words.Add("FILE", options->file, "the tree; - is standard input").Required();
+    words.Add("KEY", options->key, "the node to begin with; without it, the root");
+    words.AddFlag("--all", options->all, "show every child and whole values");
+    words.Add("--children", options->dump.children, "how many children of each node are shown").Positive().Named("N");
+    words.Add("--depth", options->dump.depth, "how many levels below the first node are shown")
+        .NotNegative()
+        .Named("N");
+    words.SetFooter("Exit code 0: shown; 2: trouble.");
     return [options](Context& context) { return RunDump(*options, context); };
 }
 

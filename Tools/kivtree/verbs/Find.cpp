@@ -88,32 +88,26 @@ int RunFind(const Options& options, Context& context) {
 
 }  // namespace
 
-Run DefineFind(CLI::App& words) {
+Run DefineFind(CommandLine& words) {
     const auto options = std::make_shared<Options>();
-    words.add_option("FILE", options->file, "the tree; - is standard input")->required();
-    words
-        .add_option("-k,--key", options->key, "the key, with * for one step of any kind and ** for any number of steps")
-        ->type_name("PATTERN");
-    words.add_option("--kind", options->kind, "the kind, Integer to Integer64")->type_name("KIND");
-    words.add_option("--tag", options->tag, "the tag of a map, a number or a name")->type_name("TAG");
-    words
-        .add_option("--temporality", options->temporality,
-                    "the own temporality: default, persistent, transient, temporary")
-        ->type_name("TEMPORALITY");
-    CLI::Option* const value =
-        words
-            .add_option("--value", options->value,
-                        "the value, as get prints it, with or without quotes; an element of a set")
-            ->type_name("TEXT");
-    words.add_option("-e,--regex", options->regex, "a regular expression that a text matches somewhere")
-        ->type_name("REGEX");
-    words.add_flag("-i,--ignore-case", options->ignoreCase, "a to z match A to Z in the regular expression");
-    words.add_flag("--paths", options->paths, "print keys alone");
-    words.add_flag("--count", options->count, "print how many there are");
-    words.add_option("-m,--max-count", options->most, "stop after so many; 0 finds all")->type_name("N");
-    words.footer("What is found is all that is asked for.\nExit code 0: found; 1: nothing found; 2: trouble.");
+    words.Add("FILE", options->file, "the tree; - is standard input").Required();
+    words.Add("-k,--key", options->key, "the key, with * for one step of any kind and ** for any number of steps")
+        .Named("PATTERN");
+    words.Add("--kind", options->kind, "the kind, Integer to Integer64").Named("KIND");
+    words.Add("--tag", options->tag, "the tag of a map, a number or a name").Named("TAG");
+    words.Add("--temporality", options->temporality, "the own temporality: default, persistent, transient, temporary")
+        .Named("TEMPORALITY");
+    const Option value =
+        words.Add("--value", options->value, "the value, as get prints it, with or without quotes; an element of a set")
+            .Named("TEXT");
+    words.Add("-e,--regex", options->regex, "a regular expression that a text matches somewhere").Named("REGEX");
+    words.AddFlag("-i,--ignore-case", options->ignoreCase, "a to z match A to Z in the regular expression");
+    words.AddFlag("--paths", options->paths, "print keys alone");
+    words.AddFlag("--count", options->count, "print how many there are");
+    words.Add("-m,--max-count", options->most, "stop after so many; 0 finds all").Named("N");
+    words.SetFooter("What is found is all that is asked for.\nExit code 0: found; 1: nothing found; 2: trouble.");
     return [options, value](Context& context) {
-        options->hasValue = value->count() > 0;
+        options->hasValue = value.IsGiven();
         return RunFind(*options, context);
     };
 }

@@ -48,16 +48,15 @@ int RunGet(const Options& options, bool hasFallback, Context& context) {
 
 }  // namespace
 
-Run DefineGet(CLI::App& words) {
+Run DefineGet(CommandLine& words) {
     const auto options = std::make_shared<Options>();
-    words.add_option("FILE", options->file, "the tree; - is standard input")->required();
-    words.add_option("KEY", options->key, "the key of the node, such as 1:65:0:")->required();
-    words.add_flag("--raw", options->raw, "print a text as it is, and no line's end behind the value");
-    CLI::Option* const fallback =
-        words.add_option("--default", options->fallback, "what to print where there is no such node")
-            ->type_name("TEXT");
-    words.footer("Exit code 0: printed; 1: no such key; 2: trouble.");
-    return [options, fallback](Context& context) { return RunGet(*options, fallback->count() > 0, context); };
+    words.Add("FILE", options->file, "the tree; - is standard input").Required();
+    words.Add("KEY", options->key, "the key of the node, such as 1:65:0:").Required();
+    words.AddFlag("--raw", options->raw, "print a text as it is, and no line's end behind the value");
+    const Option fallback =
+        words.Add("--default", options->fallback, "what to print where there is no such node").Named("TEXT");
+    words.SetFooter("Exit code 0: printed; 1: no such key; 2: trouble.");
+    return [options, fallback](Context& context) { return RunGet(*options, fallback.IsGiven(), context); };
 }
 
 }  // namespace KivTree

@@ -33,7 +33,7 @@ std::string Overview() {
 
 std::string HelpOf(const Verb& verb) {
     CommonOptions common;
-    return MakeWords(verb, common).words->help();
+    return MakeWords(verb, common).words->GetHelp();
 }
 
 std::string HelpOfAll() {
@@ -65,10 +65,10 @@ std::string HelpFor(const Options& options) {
 
 }  // namespace
 
-Run DefineHelp(CLI::App& words) {
+Run DefineHelp(CommandLine& words) {
     const auto options = std::make_shared<Options>();
-    words.add_option("VERB", options->verb, "the verb to explain");
-    words.add_flag("--all", options->all, "explain all of them");
+    words.Add("VERB", options->verb, "the verb to explain");
+    words.AddFlag("--all", options->all, "explain all of them");
     return [options](Context& context) {
         context.Out().Write(HelpFor(*options));
         return ExitSuccess;

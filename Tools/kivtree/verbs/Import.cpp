@@ -58,15 +58,15 @@ int RunImport(const Options& options, Context& context) {
 
 }  // namespace
 
-Run DefineImport(CLI::App& words) {
+Run DefineImport(CommandLine& words) {
     const auto options = std::make_shared<Options>();
-    words.add_option("JSON", options->from, "any JSON document; - is standard input")->required();
-    words.add_option("TO", options->to, "the tree that it becomes; - is standard output")->required();
-    words.add_option("--to", options->form, "the form: binary, text or json; without it, by the ending of TO")
-        ->check(CLI::IsMember({"binary", "text", "json"}))
-        ->type_name("FORM");
-    words.add_flag("-f,--force", options->force, "overwrite TO and its dictionary");
-    words.footer(
+    words.Add("JSON", options->from, "any JSON document; - is standard input").Required();
+    words.Add("TO", options->to, "the tree that it becomes; - is standard output").Required();
+    words.Add("--to", options->form, "the form: binary, text or json; without it, by the ending of TO")
+        .OneOf({"binary", "text", "json"})
+        .Named("FORM");
+    words.AddFlag("-f,--force", options->force, "overwrite TO and its dictionary");
+    words.SetFooter(
         "The names of members go into the dictionary TO.names.json, by which every verb shows and takes them.\n"
         "Exit code 0: imported; 2: trouble.");
     return [options](Context& context) { return RunImport(*options, context); };

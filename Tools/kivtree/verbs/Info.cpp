@@ -30,11 +30,11 @@ int RunInfo(const Options& options, Context& context) {
 
 }  // namespace
 
-Run DefineInfo(CLI::App& words) {
+Run DefineInfo(CommandLine& words) {
     const auto options = std::make_shared<Options>();
-    words.add_option("FILE", options->file, "the tree; - is standard input")->required();
-    words.add_flag("--json", options->json, "print a JSON object");
-    words.footer(
+    words.Add("FILE", options->file, "the tree; - is standard input").Required();
+    words.AddFlag("--json", options->json, "print a JSON object");
+    words.SetFooter(
         "Reads the file once, in little memory, whatever its size, and checks every byte of it.\n"
         "Of a tree in another form it tells what its binary form would be.\n\n"
         "Exit code 0: printed; 2: trouble.");

@@ -71,22 +71,35 @@ std::vector<Row> Collect(Node* top, bool recursive, const KivInspect::Names* nam
     return rows;
 }
 
+/// The row that has the least stands first.
+std::int64_t RankOf(const Row& row, const std::string& by) {
+    if (by == "size") {
+        return -static_cast<std::int64_t>(row.size);
+    }
+    if (by == "kind") {
+        return row.node->GetType();
+    }
+    return by == "tag" ? static_cast<std::int64_t>(row.node->GetSemanticTag())
+                       : static_cast<std::int64_t>(row.node->GetTemporality());
+}
+
 /// Rows that are equal in what is asked for stay in the order of their keys.
 void Sort(std::vector<Row>& rows, const std::string& by) {
-    const auto sort = [&rows](auto before) { std::stable_sort(rows.begin(), rows.end(), before); };
-    if (by == "size") {
-        sort([](const Row& left, const Row& right) { return left.size > right.size; });
-    } else if (by == "kind") {
-        sort([](const Row& left, const Row& right) { return left.node->GetType() < right.node->GetType(); });
-    } else if (by == "tag") {
-        sort([](const Row& left, const Row& right) {
-            return left.node->GetSemanticTag() < right.node->GetSemanticTag();
-        });
-    } else if (by == "temporality") {
-        sort([](const Row& left, const Row& right) {
-            return left.node->GetTemporality() < right.node->GetTemporality();
-        });
+    if (by == "key") {
+        return;
     }
+    std::vector<std::pair<std::int64_t, std::size_t>> order;
+    order.reserve(rows.size());
+    for (const Row& row : rows) {
+        order.emplace_back(RankOf(row, by), order.size());
+    }
+    std::sort(order.begin(), order.end());
+    std::vector<Row> sorted;
+    sorted.reserve(rows.size());
+    for (const auto& each : order) {
+        sorted.push_back(std::move(rows[each.second]));
+    }
+    rows = std::move(sorted);
 }
 
 std::string Padded(const std::string& text, std::size_t width) {
@@ -136,17 +149,17 @@ int RunLs(const Options& options, Context& context) {
 
 }  // namespace
 
-Run DefineLs(CLI::App& words) {
+Run DefineLs(CommandLine& words) {
     const auto options = std::make_shared<Options>();
-    words.add_option("FILE", options->file, "the tree; - is standard input")->required();
-    words.add_option("KEY", options->key, "the node to look into, such as 1:65:; without it, the root");
-    words.add_flag("-r,--recursive", options->recursive, "list all nodes below, not the children alone");
-    words.add_flag("-l,--long", options->longLines, "show more of each value");
-    words.add_option("--sort", options->sort, "the order: key, kind, tag, temporality or size")
-        ->check(CLI::IsMember({"key", "kind", "tag", "temporality", "size"}))
-        ->type_name("BY");
-    words.add_flag("--json", options->json, "one JSON object a line");
-    words.footer(
+    words.Add("FILE", options->file, "the tree; - is standard input").Required();
+    words.Add("KEY", options->key, "the node to look into, such as 1:65:; without it, the root");
+    words.AddFlag("-r,--recursive", options->recursive, "list all nodes below, not the children alone");
+    words.AddFlag("-l,--long", options->longLines, "show more of each value");
+    words.Add("--sort", options->sort, "the order: key, kind, tag, temporality or size")
+        .OneOf({"key", "kind", "tag", "temporality", "size"})
+        .Named("BY");
+    words.AddFlag("--json", options->json, "one JSON object a line");
+    words.SetFooter(
         "Columns: key, kind, tag, own temporality, size in bytes (of composites the number of children is in the last "
         "column), value.\nExit code 0: listed; 1: no such key; 2: trouble.");
     return [options](Context& context) { return RunLs(*options, context); };

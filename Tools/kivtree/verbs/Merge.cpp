@@ -5,10 +5,10 @@
 
 namespace KivTree {
 
-Run DefineMerge(CLI::App& words) {
+Run DefineMerge(CommandLine& words) {
     const auto options = std::make_shared<MergeWords>();
-    words.add_option("A", options->ours, "the tree that is merged into")->required();
-    words.add_option("B", options->theirs, "the tree whose nodes A lacks are taken")->required();
+    words.Add("A", options->ours, "the tree that is merged into").Required();
+    words.Add("B", options->theirs, "the tree whose nodes A lacks are taken").Required();
     AddMergeOptions(words, options);
     return [options](Context& context) {
         const Input ours = context.Load(options->ours);

@@ -5,12 +5,12 @@
 
 namespace KivTree {
 
-Run DefineMerge3(CLI::App& words) {
+Run DefineMerge3(CommandLine& words) {
     const auto options = std::make_shared<MergeWords>();
     const auto base = std::make_shared<std::string>();
-    words.add_option("BASE", *base, "the tree that both come from")->required();
-    words.add_option("A", options->ours, "our tree")->required();
-    words.add_option("B", options->theirs, "their tree")->required();
+    words.Add("BASE", *base, "the tree that both come from").Required();
+    words.Add("A", options->ours, "our tree").Required();
+    words.Add("B", options->theirs, "their tree").Required();
     AddMergeOptions(words, options);
     return [options, base](Context& context) {
         const Input origin = context.Load(*base);

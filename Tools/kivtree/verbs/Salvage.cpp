@@ -59,17 +59,15 @@ int RunSalvage(const Options& options, Context& context) {
 
 }  // namespace
 
-Run DefineSalvage(CLI::App& words) {
+Run DefineSalvage(CommandLine& words) {
     const auto options = std::make_shared<Options>();
-    words.add_option("FILE", options->file, "the damaged file, in the binary form; - is standard input")->required();
-    words
-        .add_option("-o,--output", options->output,
-                    "the file for the tree that could be read; without it, only the list")
-        ->type_name("FILE");
-    words.add_flag("-f,--force", options->force, "replace the output file if there is one");
-    words.add_flag("--no-repair", options->noRepair,
-                   "do not try to put damaged blocks right, which takes seconds for each");
-    words.footer(
+    words.Add("FILE", options->file, "the damaged file, in the binary form; - is standard input").Required();
+    words.Add("-o,--output", options->output, "the file for the tree that could be read; without it, only the list")
+        .Named("FILE");
+    words.AddFlag("-f,--force", options->force, "replace the output file if there is one");
+    words.AddFlag("--no-repair", options->noRepair,
+                  "do not try to put damaged blocks right, which takes seconds for each");
+    words.SetFooter(
         "Reads what can still be read, and lists by key what was lost. Of a block that does not match its checksum "
         "nothing\n"
         "is believed; but where the change of one byte makes it match, it is put right. Behind the last damage the "

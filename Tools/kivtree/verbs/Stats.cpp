@@ -39,14 +39,14 @@ int RunStats(const Options& options, Context& context) {
 
 }  // namespace
 
-Run DefineStats(CLI::App& words) {
+Run DefineStats(CommandLine& words) {
     const auto options = std::make_shared<Options>();
-    words.add_option("FILE", options->file, "the tree; - is standard input")->required();
-    words.add_option("--top", options->top, "list so many sub-trees, and so many tags (10)")->type_name("N");
-    words.add_option("--svg", options->svg, "write a drawing instead, in which areas are bytes")->type_name("FILE");
-    words.add_flag("-f,--force", options->force, "replace the drawing's file if there is one");
-    words.add_flag("--json", options->json, "print a JSON object");
-    words.footer(
+    words.Add("FILE", options->file, "the tree; - is standard input").Required();
+    words.Add("--top", options->top, "list so many sub-trees, and so many tags (10)").Named("N");
+    words.Add("--svg", options->svg, "write a drawing instead, in which areas are bytes").Named("FILE");
+    words.AddFlag("-f,--force", options->force, "replace the drawing's file if there is one");
+    words.AddFlag("--json", options->json, "print a JSON object");
+    words.SetFooter(
         "Bytes are those of the items in the binary form. Of a tree in another form it tells what its binary form "
         "would be.\n\n"
         "Exit code 0: printed; 2: trouble.");

@@ -2,7 +2,7 @@
 
 namespace KivTree {
 
-Run DefineVersion(CLI::App& /*words*/) {
+Run DefineVersion(CommandLine& /*words*/) {
     return [](Context& context) {
         context.Out().Write("kivtree " KIVTREE_VERSION "\n");
         return ExitSuccess;

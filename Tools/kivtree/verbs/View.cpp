@@ -64,19 +64,18 @@ int RunView(const Options& options, Context& context) {
 
 }  // namespace
 
-Run DefineView(CLI::App& words) {
+Run DefineView(CommandLine& words) {
     const auto options = std::make_shared<Options>();
-    words.add_option("A", options->file, "the tree; - is standard input")->required();
-    words.add_option("B", options->other, "a second tree, shown beside the first");
-    words.add_option("-o,--output", options->output, "the file to write; without it, standard output")
-        ->type_name("FILE");
-    words.add_flag("-f,--force", options->force, "replace the output file if there is one");
-    words.add_option("--format", options->format, "html (a page to open in a browser), dot (for Graphviz) or svg")
-        ->check(CLI::IsMember({"html", "dot", "svg"}))
-        ->type_name("FORMAT");
-    words.add_option("--depth", options->depth, "dot and svg: draw so many levels below the root")->type_name("N");
-    words.add_option("--limit", options->limit, "dot and svg: draw so many nodes at most (1000)")->type_name("N");
-    words.footer(
+    words.Add("A", options->file, "the tree; - is standard input").Required();
+    words.Add("B", options->other, "a second tree, shown beside the first");
+    words.Add("-o,--output", options->output, "the file to write; without it, standard output").Named("FILE");
+    words.AddFlag("-f,--force", options->force, "replace the output file if there is one");
+    words.Add("--format", options->format, "html (a page to open in a browser), dot (for Graphviz) or svg")
+        .OneOf({"html", "dot", "svg"})
+        .Named("FORMAT");
+    words.Add("--depth", options->depth, "dot and svg: draw so many levels below the root").Named("N");
+    words.Add("--limit", options->limit, "dot and svg: draw so many nodes at most (1000)").Named("N");
+    words.SetFooter(
         "The page needs nothing but a browser: it folds, searches, and filters by kind, tag and temporality, however "
         "many\n"
         "nodes there are. With B it shows both trees side by side and what differs.\n\n"
