@@ -41,6 +41,7 @@ packageOf() {
         /usr/include/rapidcheck.h) echo librapidcheck-dev ;;
         /usr/share/iso-codes/json) echo iso-codes ;;
         help2man) echo help2man ;;
+        tmux) echo tmux ;;
         git) echo git ;;
         /usr/include/benchmark/benchmark.h) echo libbenchmark-dev ;;
         /usr/include/rapidjson/document.h) echo rapidjson-dev ;;

@@ -30,7 +30,7 @@ void WriteFileCheck(const FileCheck& file, std::string& text) {
 
 void WriteTreeCheck(const TreeCheck& tree, std::string& text) {
     for (const Finding& finding : tree.findings) {
-        text += Shown(finding.key) + ": " + finding.why + " " + finding.advice + "\n";
+        text += Shown(finding.key) + " " + finding.why + " " + finding.advice + "\n";
     }
     if (tree.findings.empty()) {
         text += "The tree would survive a save as it is.\n";

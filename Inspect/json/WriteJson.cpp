@@ -20,6 +20,7 @@
 
 #include "json/JsonText.h"
 #include "text/Utf.h"
+#include "tree/NodeProgress.h"
 #include "tree/TreeBuilder.h"
 
 namespace KivInspect {
@@ -167,13 +168,14 @@ void Close(std::string& text, std::size_t& open, std::size_t until) {
 
 }  // namespace
 
-void WriteJson(const Tree* tree, Sink& sink) {
+void WriteJson(const Tree* tree, Sink& sink, const Progress& progress) {
     BufferedSink buffered(sink);
     std::string& text = buffered.GetText();
     text += "{\"kivtree\": 1, \"root\":";
     text += tree->IsEmpty() ? " null" : "";
     std::size_t open = 0;
     bool afterBracket = true;
+    NodeProgress done(tree->GetRoot(), progress);
     Walk walk(tree->GetRoot());
     while (Node* const node = walk.Next()) {
         // Composites that the walk has left end here; behind one that ends, as behind a leaf, a comma follows.
@@ -185,6 +187,7 @@ void WriteJson(const Tree* tree, Sink& sink) {
         afterBracket = IsCompositeType(node->GetType());
         open += afterBracket ? 1 : 0;
         buffered.FlushWhenFull();
+        done.Step();
     }
     Close(text, open, 0);
     text += "}\n";

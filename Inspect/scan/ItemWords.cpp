@@ -89,7 +89,9 @@ std::string DescribeAlone(const ScannedItem& item) {
         case ScannedItemType::Long: return "a long, " + value;
         case ScannedItemType::Double: return "a double, " + value;
         case ScannedItemType::Short: return "a short, " + value;
-        case ScannedItemType::Text: return "a text of " + std::to_string(item.GetUnits()) + " units, " + value;
+        case ScannedItemType::Text:
+            return "a text of " + std::to_string(item.GetUnits()) + (item.GetUnits() == 1 ? " unit, " : " units, ") +
+                   value;
         case ScannedItemType::Guid: return "a GUID, " + value;
         case ScannedItemType::Variant: return "a variant " + value;
         case ScannedItemType::ObjectOpens: return "an object opens, " + value;

@@ -114,7 +114,7 @@ void AppendTags(std::string& text, const Statistics& statistics, std::size_t top
     }
     table.AppendTo(text, 1);
     if (tags.size() > top) {
-        text += "  ... and " + std::to_string(tags.size() - top) + " tags more (--top)\n";
+        text += "  ... and " + std::to_string(tags.size() - top) + " more (--top)\n";
     }
 }
 

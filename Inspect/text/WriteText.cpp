@@ -6,6 +6,7 @@
 #include <KivGenerics/NodeCast.h>
 #include <KivGenerics/ToText.h>
 
+#include "tree/NodeProgress.h"
 #include "tree/TreeBuilder.h"
 
 namespace KivInspect {
@@ -48,14 +49,16 @@ void AppendNode(std::string& text, Node* node, int depth) {
 
 }  // namespace
 
-void WriteText(const Tree* tree, Sink& sink) {
+void WriteText(const Tree* tree, Sink& sink, const Progress& progress) {
     BufferedSink buffered(sink);
     buffered.GetText() += TextFormBegins;
     buffered.GetText() += "1\n";
+    NodeProgress done(tree->GetRoot(), progress);
     Walk walk(tree->GetRoot());
     while (Node* const node = walk.Next()) {
         AppendNode(buffered.GetText(), node, walk.GetDepth());
         buffered.FlushWhenFull();
+        done.Step();
     }
     buffered.Flush();
 }

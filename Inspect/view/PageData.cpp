@@ -6,6 +6,7 @@
 #include <KivInspect/Walk.h>
 
 #include "json/JsonText.h"
+#include "tree/NodeProgress.h"
 #include "view/AlignedWalk.h"
 
 namespace KivInspect {
@@ -131,9 +132,11 @@ std::uint32_t CountAligned(Node* left, Node* right) {
     return count;
 }
 
-void WritePageData(Node* left, Node* right, bool compared, Base64Writer& out) {
+void WritePageData(Node* left, Node* right, bool compared, const Progress& progress, Base64Writer& out) {
+    const std::uint32_t count = CountAligned(left, right);
+    NodeProgress done(count, progress);
     out.PutNumber(compared ? 1 : 0);
-    out.PutNumber(CountAligned(left, right));
+    out.PutNumber(count);
     AlignedWalk walk(left, right);
     while (walk.Next()) {
         const Node* const either = walk.GetLeft() != nullptr ? walk.GetLeft() : walk.GetRight();
@@ -149,6 +152,7 @@ void WritePageData(Node* left, Node* right, bool compared, Base64Writer& out) {
             WriteSide(walk.GetRight(), out);
         }
         out.PutNumber(walk.CountChildren());
+        done.Step();
     }
 }
 

@@ -8,6 +8,7 @@
 
 #include <KivGenerics/Composite.h>
 #include <KivGenerics/Node.h>
+#include <KivInspect/FileSource.h>
 #include <KivInspect/Names.h>
 
 #include "view/Base64Writer.h"
@@ -35,6 +36,7 @@ std::uint32_t CountAligned(KivGenerics::Node* left, KivGenerics::Node* right);
 ///               number    of a map: its tag
 ///               number    of a vector or a map: how many children it has; else the bytes of its value
 ///               bytes     its value, in UTF-8
-void WritePageData(KivGenerics::Node* left, KivGenerics::Node* right, bool compared, Base64Writer& out);
+void WritePageData(KivGenerics::Node* left, KivGenerics::Node* right, bool compared, const Progress& progress,
+                   Base64Writer& out);
 
 }  // namespace KivInspect

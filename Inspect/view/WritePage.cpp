@@ -38,7 +38,7 @@ void FillPage(Sink& sink, const std::function<void(std::string_view name)>& fill
 
 }  // namespace
 
-void WritePage(const ViewTree& tree, const ViewTree* other, const Names* names, Sink& sink) {
+void WritePage(const ViewTree& tree, const ViewTree* other, const Names* names, Sink& sink, const Progress& progress) {
     KivGenerics::Node* const left = tree.tree->GetRoot();
     KivGenerics::Node* const right = other != nullptr ? other->tree->GetRoot() : nullptr;
     const std::string title = other != nullptr ? tree.title + " and " + other->title : tree.title;
@@ -57,7 +57,7 @@ void WritePage(const ViewTree& tree, const ViewTree* other, const Names* names, 
             sink.Write(EscapeScript(PageNames({left, right}, names)));
         } else if (name == "DATA") {
             Base64Writer out(sink);
-            WritePageData(left, right, other != nullptr, out);
+            WritePageData(left, right, other != nullptr, progress, out);
             out.Finish();
         }
     });

@@ -93,9 +93,9 @@ void AddTags(Map* map) {
     }
 }
 
-std::string Write(const Tree* tree, void (*write)(const Tree*, KivInspect::Sink&)) {
+std::string Write(const Tree* tree, void (*write)(const Tree*, KivInspect::Sink&, const KivInspect::Progress&)) {
     KivInspect::StringSink sink;
-    write(tree, sink);
+    write(tree, sink, {});
     return sink.GetText();
 }
 

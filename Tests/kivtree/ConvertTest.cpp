@@ -127,7 +127,7 @@ TEST(ImportTest, HardValuesAreKept) {
     const Ran ran = RunTool({"import", "-", folder / "a.kivtext"},
                             R"([123456789012345678901, "a\u0000b", -0.0, {"a": 1, "a": 2}])");
     EXPECT_EQ(ran.code, 0) << ran.err;
-    EXPECT_EQ(ran.err, "kivtree: 1 members have been replaced by a later one of the same name in their object.\n");
+    EXPECT_EQ(ran.err, "kivtree: 1 member has been replaced by a later one of the same name in their object.\n");
     EXPECT_EQ(
         ReadFile(folder / "a.kivtext"),
         "kivtext 1\nMap #18000\n  0: Map #18002\n"

@@ -6,7 +6,6 @@
 
 #include <KivInspect/FileSource.h>
 
-#include "kivtree/ProgressBar.h"
 #include "kivtree/system/System.h"
 
 namespace KivTree {
@@ -44,7 +43,12 @@ void Context::Note(const std::string& sentence) {
     std::fprintf(stderr, "kivtree: %s\n", sentence.c_str());
 }
 
-std::string Context::ReadStandardInput() {
+ProgressBar Context::NewBarBesideResults(const std::string& what) const {
+    return {!options_.noProgress && !IsOutputTerminal(), what};
+}
+
+std::string Context::ReadStandardInput() const {
+    ProgressBar bar = NewBar("reading standard input");
     std::string bytes;
     char part[65536];
     while (true) {
@@ -56,6 +60,7 @@ std::string Context::ReadStandardInput() {
             return bytes;
         }
         bytes.append(part, static_cast<std::size_t>(count));
+        bar.Show(bytes.size(), 0);
     }
 }
 
@@ -82,10 +87,8 @@ KivInspect::Names Context::LoadNames(const std::string& file) const {
 
 Input Context::Load(const std::string& file) const {
     KivInspect::LoadFileOptions load;
-    ProgressBar bar(!options_.noProgress, "reading " + file);
-    if (IsErrorTerminal()) {
-        load.progress = [&bar](std::uint64_t done, std::uint64_t total) { bar.Show(done, total); };
-    }
+    ProgressBar bar = NewBar("reading " + file);
+    load.progress = bar.OfBytes();
     KivInspect::LoadedFile loaded = file == "-" ? KivInspect::LoadBytes(ReadStandardInput(), "standard input", load)
                                                 : KivInspect::LoadFile(std::filesystem::u8path(file), load);
     if (!loaded.result.Ok()) {

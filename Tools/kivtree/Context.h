@@ -8,6 +8,7 @@
 #include <KivInspect/LoadFile.h>
 #include <KivInspect/Names.h>
 
+#include "kivtree/ProgressBar.h"
 #include "kivtree/StandardOutput.h"
 
 namespace KivTree {
@@ -53,10 +54,15 @@ public:
     /// Prints "kivtree: SENTENCE" on standard error, for what is not a result.
     static void Note(const std::string& sentence);
 
+    /// A bar for a long step, such as "reading tree.kiv".
+    ProgressBar NewBar(const std::string& what) const { return {!options_.noProgress, what}; }
+    /// A bar for a step that prints its results meanwhile: on the same terminal it would stand between them.
+    ProgressBar NewBarBesideResults(const std::string& what) const;
+
     /// Loads a tree of any form, "-" from standard input, with the dictionary that belongs to it. Throws Trouble.
     Input Load(const std::string& file) const;
     /// The bytes of standard input, for verbs that look at bytes. Throws Trouble.
-    static std::string ReadStandardInput();
+    std::string ReadStandardInput() const;
     /// The dictionary that belongs to a file; empty without one. Throws Trouble.
     KivInspect::Names LoadNames(const std::string& file) const;
 

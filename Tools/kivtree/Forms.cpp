@@ -1,6 +1,8 @@
 #include "kivtree/Forms.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include <KivBase/Utf.h>
@@ -60,7 +62,7 @@ void Prove(Tree* tree, const KivInspect::LoadedFile& back, const KivInspect::Dif
     }
 }
 
-void WriteBinary(Tree* tree, OutputFile& out) {
+std::vector<std::uint8_t> Save(Tree* tree) {
     std::vector<std::uint8_t> bytes;
     KivStorage::SaveOptions options;
     options.withTransient = true;
@@ -71,20 +73,32 @@ void WriteBinary(Tree* tree, OutputFile& out) {
     if (!saved.Ok()) {
         throw Trouble(saved.sentence);
     }
-    const std::string_view view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    KivInspect::DiffOptions kept;
-    kept.limit = KivGenerics::TemporalityTransient;
-    Prove(tree, KivInspect::LoadBytes(view, "what was written"), kept);
-    TellTemporary(tree);
-    out.Write(view);
+    return bytes;
 }
 
-void WriteLines(Tree* tree, Form form, KivInspect::Sink& sink) {
+/// Writes the form to a sink, while a bar shows how far it is.
+void Write(Tree* tree, Form form, const OutputFile& out, KivInspect::Sink& sink,
+           const std::function<std::uint64_t()>& written) {
+    ProgressBar bar = out.NewBar("writing");
     if (form == Form::Text) {
-        KivInspect::WriteText(tree, sink);
+        KivInspect::WriteText(tree, sink, bar.OfNodes(written));
+    } else if (form == Form::Json) {
+        KivInspect::WriteJson(tree, sink, bar.OfNodes(written));
     } else {
-        KivInspect::WriteJson(tree, sink);
+        const std::vector<std::uint8_t> bytes = Save(tree);
+        constexpr std::size_t piece = 1U << 20U;
+        for (std::size_t at = 0; at < bytes.size(); at += piece) {
+            bar.Show(at, bytes.size());
+            sink.Write({reinterpret_cast<const char*>(bytes.data()) + at, (std::min)(piece, bytes.size() - at)});
+        }
     }
+}
+
+KivInspect::LoadedFile ReadBack(const OutputFile& out) {
+    ProgressBar bar = out.NewBar("checking");
+    KivInspect::LoadFileOptions options;
+    options.progress = bar.OfBytes();
+    return KivInspect::LoadFile(out.GetScratchPath(), options);
 }
 
 }  // namespace
@@ -104,17 +118,22 @@ Form ChooseForm(const std::string& name, const std::string& file) {
 }
 
 void WriteProved(Tree* tree, Form form, OutputFile& out) {
+    KivInspect::DiffOptions kept;
     if (form == Form::Binary) {
-        WriteBinary(tree, out);
-    } else if (out.GetScratchPath().empty()) {
-        KivInspect::StringSink lines;
-        WriteLines(tree, form, lines);
-        Prove(tree, KivInspect::LoadBytes(lines.GetText(), "what was written"), {});
-        out.Write(lines.GetText());
+        kept.limit = KivGenerics::TemporalityTransient;
+    }
+    if (out.GetScratchPath().empty()) {
+        KivInspect::StringSink bytes;
+        Write(tree, form, out, bytes, [&bytes] { return bytes.GetText().size(); });
+        Prove(tree, KivInspect::LoadBytes(bytes.GetText(), "what was written"), kept);
+        out.Write(bytes.GetText());
     } else {
-        WriteLines(tree, form, out);
+        Write(tree, form, out, out, [&out] { return out.GetWritten(); });
         out.Finish();
-        Prove(tree, KivInspect::LoadFile(out.GetScratchPath()), {});
+        Prove(tree, ReadBack(out), kept);
+    }
+    if (form == Form::Binary) {
+        TellTemporary(tree);
     }
 }
 

@@ -40,6 +40,7 @@ void OutputFile::Check(const std::string& problem, const char* advice) const {
 }
 
 void OutputFile::Write(std::string_view bytes) {
+    written_ += bytes.size();
     if (scratch_) {
         Check(scratch_->Write(bytes), CheckDisk);
     } else {
@@ -52,6 +53,10 @@ void OutputFile::Finish() {
         finished_ = true;
         Check(scratch_->Finish(), CheckDisk);
     }
+}
+
+ProgressBar OutputFile::NewBar(const std::string& step) const {
+    return scratch_ ? context_.NewBar(step + " " + name_) : context_.NewBarBesideResults(step);
 }
 
 fs::path OutputFile::GetScratchPath() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -23,6 +24,10 @@ public:
     void Write(std::string_view bytes) override;
     /// Makes what was written durable but does not yet give it its name, so that it can be read back. Throws Trouble.
     void Finish();
+    /// How many bytes have been written.
+    std::uint64_t GetWritten() const noexcept { return written_; }
+    /// A bar for a step, "writing" or "checking", of making this file.
+    ProgressBar NewBar(const std::string& step) const;
     /// Where the bytes are until Commit; empty for standard output and for what is no regular file.
     std::filesystem::path GetScratchPath() const;
     /// Finishes, and puts the file in its place. Throws Trouble.
@@ -34,6 +39,7 @@ private:
     Context& context_;
     std::string name_;
     std::filesystem::path target_;
+    std::uint64_t written_ = 0;
     bool replaces_ = false;
     bool finished_ = false;
     std::unique_ptr<ScratchFile> scratch_;  // none for standard output

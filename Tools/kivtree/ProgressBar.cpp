@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 #include "kivtree/system/System.h"
 
@@ -56,6 +57,24 @@ ProgressBar::~ProgressBar() {
     if (shown_) {
         std::fputs(ClearLine, stderr);
     }
+}
+
+KivInspect::Progress ProgressBar::OfBytes() {
+    if (!wanted_) {
+        return {};
+    }
+    return [this](std::uint64_t done, std::uint64_t total) { Show(done, total); };
+}
+
+KivInspect::Progress ProgressBar::OfNodes(std::function<std::uint64_t()> written) {
+    if (!wanted_) {
+        return {};
+    }
+    return [this, written = std::move(written)](std::uint64_t done, std::uint64_t total) {
+        const std::uint64_t bytes = written();
+        const double share = static_cast<double>(total) / static_cast<double>(done);
+        Show(bytes, static_cast<std::uint64_t>(static_cast<double>(bytes) * share));
+    };
 }
 
 void ProgressBar::Show(std::uint64_t done, std::uint64_t total) {

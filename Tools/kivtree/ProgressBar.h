@@ -2,12 +2,15 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <string>
+
+#include <KivInspect/FileSource.h>
 
 namespace KivTree {
 
 /// A line on a terminal that tells how far a long step is: bytes, rate and time left. It appears after a second and goes with
-/// the object. Where standard error is no terminal, there is none.
+/// the object. Where standard error is no terminal, there is none. Results must not be printed meanwhile.
 class ProgressBar {
 public:
     /// `wanted` is what the user said; `what` names the step.
@@ -18,6 +21,11 @@ public:
 
     /// How many bytes there have been, and how many there will be, 0 when nobody knows.
     void Show(std::uint64_t done, std::uint64_t total);
+    /// What shows the bytes that are told of; empty when there is no bar, so that nothing is counted for it.
+    KivInspect::Progress OfBytes();
+    /// The same for a step that tells of nodes while it writes: `written` answers the bytes so far, those to come are taken to be
+    /// in proportion to the nodes.
+    KivInspect::Progress OfNodes(std::function<std::uint64_t()> written);
 
 private:
     using Clock = std::chrono::steady_clock;

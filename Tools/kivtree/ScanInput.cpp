@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include <KivInspect/FileSource.h>
+#include <KivStorage/LoadTree.h>
 #include <KivStorage/SaveTree.h>
 
 namespace KivTree {
@@ -26,10 +27,10 @@ KivInspect::Form DetectFormOfFile(const std::string& file) {
 
 }  // namespace
 
-ScanInput OpenBinaryScan(const std::string& file) {
+ScanInput OpenBinaryScan(const Context& context, const std::string& file) {
     ScanInput input;
     if (file == "-") {
-        const std::string bytes = Context::ReadStandardInput();
+        const std::string bytes = context.ReadStandardInput();
         input.bytes.assign(bytes.begin(), bytes.end());
         input.form = KivInspect::DetectForm(bytes);
         input.scanner = KivStorage::FileScanner::OpenMemory(input.bytes.data(), input.bytes.size());
@@ -43,8 +44,30 @@ ScanInput OpenBinaryScan(const std::string& file) {
     return input;
 }
 
-ScanInput OpenScan(Context& context, const std::string& file) {
-    ScanInput input = OpenBinaryScan(file);
+namespace {
+
+/// The bytes that a save would write. What it would cut or leave out does no harm here; what makes data that no load takes does.
+void SaveForScan(const std::string& file, KivGenerics::Tree* tree, std::vector<std::uint8_t>& bytes) {
+    KivStorage::SaveOptions options;
+    options.withTransient = true;
+    KivStorage::Result saved = KivStorage::SaveTreeToMemory(tree, bytes, options);
+    if (saved.code == KivStorage::StorageUnsavedParts) {
+        options.saveDespiteLosses = true;
+        saved = KivStorage::SaveTreeToMemory(tree, bytes, options);
+        if (saved.Ok() && !KivStorage::LoadTreeFromMemory(bytes.data(), bytes.size()).result.Ok()) {
+            throw Trouble(file + " holds a tree that has no binary form, of which this would tell. kivtree check " +
+                          file + " lists the nodes that a save would lose.");
+        }
+    }
+    if (!saved.Ok()) {
+        throw Trouble(saved.sentence);
+    }
+}
+
+}  // namespace
+
+ScanInput OpenScan(const Context& context, const std::string& file) {
+    ScanInput input = OpenBinaryScan(context, file);
     if (input.form == KivInspect::Form::Binary) {
         return input;
     }
@@ -57,13 +80,7 @@ ScanInput OpenScan(Context& context, const std::string& file) {
     if (!loaded.result.Ok()) {
         ThrowLoadFailure(file, loaded.result);
     }
-    KivStorage::SaveOptions options;
-    options.withTransient = true;
-    options.saveDespiteLosses = true;
-    const KivStorage::Result saved = KivStorage::SaveTreeToMemory(loaded.tree.Get(), input.saved, options);
-    if (!saved.Ok()) {
-        throw Trouble(saved.sentence);
-    }
+    SaveForScan(file, loaded.tree.Get(), input.saved);
     input.scanner = KivStorage::FileScanner::OpenMemory(input.saved.data(), input.saved.size());
     return input;
 }

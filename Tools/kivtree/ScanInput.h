@@ -24,8 +24,8 @@ struct ScanInput {
 
 /// Opens a file in the binary form to be read in pieces. A tree in another form is loaded and saved to memory, its transient
 /// nodes, too. Throws Trouble.
-ScanInput OpenScan(Context& context, const std::string& file);
+ScanInput OpenScan(const Context& context, const std::string& file);
 /// The same for the binary form alone.
-ScanInput OpenBinaryScan(const std::string& file);
+ScanInput OpenBinaryScan(const Context& context, const std::string& file);
 
 }  // namespace KivTree

@@ -5,6 +5,7 @@
 #include <string>
 
 #include <KivGenerics/Tree.h>
+#include <KivInspect/FileSource.h>
 #include <KivInspect/Names.h>
 #include <KivInspect/Sink.h>
 
@@ -19,8 +20,9 @@ struct ViewTree {
 /// Writes one HTML page that needs nothing else, no network either: it folds, searches and filters the tree, by kind, tag and
 /// temporality. With `other` it shows both trees side by side, aligned by key. The page builds only what is on screen.
 ///
-/// Values are cut to some hundred characters. Needs no stack of the thread for the tree's depth.
-void WritePage(const ViewTree& tree, const ViewTree* other, const Names* names, Sink& sink);
+/// Values are cut to some hundred characters. `progress` is told of nodes. Needs no stack of the thread for the tree's depth.
+void WritePage(const ViewTree& tree, const ViewTree* other, const Names* names, Sink& sink,
+               const Progress& progress = {});
 
 struct DrawOptions {
     int depth = (std::numeric_limits<int>::max)();  ///< levels below the root that are drawn

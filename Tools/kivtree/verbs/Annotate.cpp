@@ -15,11 +15,14 @@ struct Options {
 };
 
 int RunAnnotate(const Options& options, Context& context) {
-    const ScanInput input = OpenBinaryScan(options.file);
+    const ScanInput input = OpenBinaryScan(context, options.file);
     if (input.form != KivInspect::Form::Binary) {
         throw Trouble(options.file + " is not in the binary form. Convert it first: kivtree convert.");
     }
-    const KivStorage::Result result = KivInspect::Annotate(*input.scanner, context.Out(), options.annotate);
+    ProgressBar bar = context.NewBarBesideResults("reading " + options.file);
+    KivInspect::AnnotateOptions how = options.annotate;
+    how.progress = bar.OfBytes();
+    const KivStorage::Result result = KivInspect::Annotate(*input.scanner, context.Out(), how);
     if (!result.Ok()) {
         context.Out().Flush();  // what was read stands before the sentence
         ThrowLoadFailure(options.file, result);

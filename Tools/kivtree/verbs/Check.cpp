@@ -41,10 +41,13 @@ Input LoadInput(const Options& options, const ScanInput& scan, const Context& co
 }
 
 int RunCheck(const Options& options, Context& context) {
-    const ScanInput scan = OpenBinaryScan(options.file);
+    const ScanInput scan = OpenBinaryScan(context, options.file);
     std::optional<KivInspect::FileCheck> file;
     if (scan.form == KivInspect::Form::Binary) {
-        file = KivInspect::CheckFile(*scan.scanner);
+        ProgressBar bar = context.NewBar("checking " + options.file);
+        file = KivInspect::CheckFile(*scan.scanner, bar.OfBytes());
+    }
+    if (file) {
         if (!file->result.Ok()) {
             Print(options, &*file, nullptr, context);
             context.Out().Flush();  // the list stands before the sentence

@@ -18,32 +18,32 @@ struct Options {
     bool force = false;
 };
 
-KivInspect::ImportResult ReadDocument(const std::string& file) {
+KivInspect::ImportResult ReadDocument(const std::string& file, const Context& context) {
     KivInspect::ImportResult imported;
     if (file == "-") {
-        const std::string bytes = Context::ReadStandardInput();
+        const std::string bytes = context.ReadStandardInput();
         KivInspect::MemorySource source(bytes);
         return KivInspect::ImportJson(source, "standard input");
     }
-    const KivStorage::Result read =
-        KivInspect::ReadFile(std::filesystem::u8path(file),
-                             [&imported](KivInspect::Source& source, const std::string& place) {
-                                 imported = KivInspect::ImportJson(source, place);
-                                 return imported.result;
-                             });
-    imported.result = read;
+    ProgressBar bar = context.NewBar("reading " + file);
+    const auto read = [&imported](KivInspect::Source& source, const std::string& place) {
+        imported = KivInspect::ImportJson(source, place);
+        return imported.result;
+    };
+    imported.result = KivInspect::ReadFile(std::filesystem::u8path(file), read, bar.OfBytes());
     return imported;
 }
 
 int RunImport(const Options& options, Context& context) {
     const KivInspect::Form form = ChooseForm(options.form, options.to);
-    KivInspect::ImportResult imported = ReadDocument(options.from);
+    KivInspect::ImportResult imported = ReadDocument(options.from, context);
     if (!imported.result.Ok()) {
         throw Trouble(imported.result.sentence);
     }
     if (imported.replaced > 0) {
         Context::Note(std::to_string(imported.replaced) +
-                      " members have been replaced by a later one of the same name in their object.");
+                      (imported.replaced == 1 ? " member has been" : " members have been") +
+                      " replaced by a later one of the same name in their object.");
     }
     OutputFile out(context, options.to, options.force);
     WriteProved(imported.tree.Get(), form, out);

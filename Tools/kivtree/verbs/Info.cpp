@@ -14,9 +14,14 @@ struct Options {
     bool json = false;
 };
 
+KivInspect::InfoResult Read(const std::string& file, const Context& context) {
+    const ScanInput input = OpenScan(context, file);
+    ProgressBar bar = context.NewBar("reading " + file);
+    return KivInspect::ReadInfo(*input.scanner, bar.OfBytes());
+}
+
 int RunInfo(const Options& options, Context& context) {
-    const ScanInput input = OpenScan(context, options.file);
-    const KivInspect::InfoResult read = KivInspect::ReadInfo(*input.scanner);
+    const KivInspect::InfoResult read = Read(options.file, context);
     if (!read.result.Ok()) {
         ThrowLoadFailure(options.file, read.result);
     }

@@ -33,14 +33,20 @@ void Save(const Options& options, KivGenerics::Tree* tree, Context& context) {
     out.Commit();
 }
 
-int RunSalvage(const Options& options, Context& context) {
-    const ScanInput input = OpenBinaryScan(options.file);
+KivInspect::SalvageResult Read(const Options& options, const Context& context) {
+    const ScanInput input = OpenBinaryScan(context, options.file);
     if (input.form != KivInspect::Form::Binary) {
         throw Trouble(options.file + " is not in the binary form: its text can be mended by hand.");
     }
     KivInspect::SalvageOptions how;
     how.repair = !options.noRepair;
-    const KivInspect::SalvageResult salvaged = KivInspect::Salvage(*input.scanner, how);
+    ProgressBar bar = context.NewBar("reading " + options.file);
+    how.progress = bar.OfBytes();
+    return KivInspect::Salvage(*input.scanner, how);
+}
+
+int RunSalvage(const Options& options, Context& context) {
+    const KivInspect::SalvageResult salvaged = Read(options, context);
     if (!salvaged.tree) {
         throw Trouble(salvaged.result.sentence + " Nothing of it can be read.");
     }

@@ -18,9 +18,14 @@ struct Options {
     bool json = false;
 };
 
-int RunStats(const Options& options, Context& context) {
+KivInspect::StatisticsResult Read(const Options& options, const Context& context) {
     const ScanInput input = OpenScan(context, options.file);
-    const KivInspect::StatisticsResult read = KivInspect::ReadStatistics(*input.scanner, options.top);
+    ProgressBar bar = context.NewBar("reading " + options.file);
+    return KivInspect::ReadStatistics(*input.scanner, options.top, bar.OfBytes());
+}
+
+int RunStats(const Options& options, Context& context) {
+    const KivInspect::StatisticsResult read = Read(options, context);
     if (!read.result.Ok()) {
         ThrowLoadFailure(options.file, read.result);
     }

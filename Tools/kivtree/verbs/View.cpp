@@ -32,15 +32,19 @@ void Draw(const Options& options, const Input& input, KivInspect::Sink& sink) {
     }
 }
 
-void WriteHtml(const Options& options, const Input& input, const Context& context, KivInspect::Sink& sink) {
+void WriteHtml(const Options& options, const Input& input, const Context& context, OutputFile& out) {
+    const auto write = [&](const KivInspect::ViewTree& left, const KivInspect::ViewTree* right) {
+        ProgressBar bar = out.NewBar("writing");
+        KivInspect::WritePage(left, right, &input.names, out, bar.OfNodes([&out] { return out.GetWritten(); }));
+    };
     const KivInspect::ViewTree left{input.tree.Get(), input.name};
     if (options.other.empty()) {
-        KivInspect::WritePage(left, nullptr, &input.names, sink);
+        write(left, nullptr);
         return;
     }
     const Input other = context.Load(options.other);
     const KivInspect::ViewTree right{other.tree.Get(), other.name};
-    KivInspect::WritePage(left, &right, &input.names, sink);
+    write(left, &right);
 }
 
 int RunView(const Options& options, Context& context) {
