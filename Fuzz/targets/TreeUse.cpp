@@ -84,6 +84,31 @@ KivStorage::SaveOptions Options(bool withTransient, bool saveDespiteLosses) {
     return options;
 }
 
+/// Copies what can be copied: a vector may hold elements of different kinds, and then a copy ends at the second kind.
+void CopyTree(Tree& tree, Tree& copy) {
+    try {
+        copy.CopyFromTree(&tree);
+    } catch (const Exception&) {
+        // What was copied up to there stays, and must be sound.
+    }
+}
+
+void UseCopy(Tree& tree) {
+    Node* const root = tree.GetRoot();
+    const auto copy = CreateGenericTree(EnumOrvObjectType(0));
+    CopyTree(tree, *copy);
+    Require(CheckInvariants(copy->GetRoot()) == 0, "The invariants of a copy do not hold.");
+    root->Compare(copy->GetRoot(), TemporalityTemporary, true);
+    try {
+        copy->GetRoot()->MergeWith(root, false);
+    } catch (const Exception&) {
+        // A copy lacks the nodes that no walk sees, so that elements of different kinds may meet.
+    }
+    copy->ClearTemporaryNodes();
+    Require(copy->IsEmpty() || CheckInvariants(copy->GetRoot()) == 0,
+            "Clearing what is temporary breaks the tree's invariants.");
+}
+
 /// What a save would lose may be lost, and more: the file need not load.
 void SaveDespiteLosses(Tree& tree, bool withTransient) {
     Bytes bytes;
@@ -114,18 +139,7 @@ void UseTree(Tree& tree) {
     Counter counter;
     root->Iterate(&counter, SemanticTagNone, IterateSelf | IterateChildren | IterateDeeper);
     CheckKeys(tree);
-    const auto copy = CreateGenericTree(EnumOrvObjectType(0));
-    copy->CopyFromTree(&tree);
-    Require(CheckInvariants(copy->GetRoot()) == 0, "The invariants of a copy do not hold.");
-    root->Compare(copy->GetRoot(), TemporalityTemporary, true);
-    try {
-        copy->GetRoot()->MergeWith(root, false);
-    } catch (const Exception&) {
-        // A copy lacks the nodes that no walk sees, so that elements of different kinds may meet.
-    }
-    copy->ClearTemporaryNodes();
-    Require(copy->IsEmpty() || CheckInvariants(copy->GetRoot()) == 0,
-            "Clearing what is temporary breaks the tree's invariants.");
+    UseCopy(tree);
     KivStorage::SizeTotals totals;
     tree.SizeArchive(&totals, true);
 }
