@@ -8,7 +8,9 @@ using State = StructureReader::Level::State;
 
 void LostList::AddBelow(std::size_t depth) {
     // What is innermost comes first in the tree's order.
-    for (std::size_t i = structure_.GetDepth(); i-- > std::max<std::size_t>(1, depth);) {
+    const std::size_t end = std::max<std::size_t>(1, depth);
+    for (std::size_t i = structure_.GetDepth(); i > end;) {
+        --i;
         const StructureReader::Level& level = structure_.GetLevel(i);
         if (level.state == State::Header) {
             const std::string key = structure_.GetKeyOfLevel(i + 1);

@@ -30,6 +30,9 @@ public:
         if (structure_.HasEnded() || segments.size() == 1 || !ResumeIn(segments.back())) {
             GiveUp();
         }
+        if (result_.result.Ok() && count_ != scanner_.GetTotals().items) {
+            result_.result = WrongItemCount(scanner_);
+        }
         result_.nodes = builder_.GetNodes();
         auto tree = builder_.TakeTree();
         if (tree->GetRoot() != nullptr) {
@@ -44,6 +47,7 @@ private:
         KivStorage::ScannedItem item;
         items.Feed(segment.data() + from, segment.size() - from, from);
         while (items.Next(item) == ItemScanner::Step::Item) {
+            count_ += 1;
             structure_.Take(item, meaning_);
             if (meaning_.role == Role::Wrong || !Build(item)) {
                 Complain(meaning_.problem);
@@ -120,6 +124,7 @@ private:
     StructureReader structure_;
     SalvagedTree builder_;
     Meaning meaning_;
+    std::uint64_t count_ = 0;  // of items
     std::string refusal_;
 };
 

@@ -26,7 +26,8 @@ constexpr std::size_t StartsToTry = 32;
 std::vector<std::size_t> FollowItems(const Segment& tail) {
     std::vector<std::size_t> ends(tail.size() + 1, 0);
     ends[tail.size()] = tail.size();
-    for (std::size_t at = tail.size(); at-- > 0;) {
+    for (std::size_t at = tail.size(); at > 0;) {
+        --at;
         const std::size_t size = ItemScanner::SizeWithin(tail.data() + at, tail.size() - at);
         if (size > 0 && ends[at + size] > 0) {
             ends[at] = at + size;
@@ -124,10 +125,14 @@ std::optional<Match> MatchChildren(const Level& level, const OpenObject& object)
     std::size_t left = object.units.size();
     match.offset = object.offset;
     const std::vector<KeyRun>& runs = level.header.GetRuns();
-    for (std::size_t run = runs.size(); run-- > 0 && left > 0;) {
-        const TypeCode type = runs[run].type;
+    for (auto run = runs.rbegin(); run != runs.rend() && left > 0; ++run) {
+        const TypeCode type = run->type;
         const std::size_t each = UnitsOf(type);
-        for (std::uint32_t i = 0; i < runs[run].count && left > 0; ++i) {
+        if (each == 0) {
+            match.children += run->count;  // of these nothing stands in the data
+            continue;
+        }
+        for (std::uint32_t i = 0; i < run->count && left > 0; ++i) {
             for (std::size_t unit = 0; unit < each; ++unit) {
                 if (left == 0) {
                     return match;  // the rest of this child is lost

@@ -78,10 +78,19 @@ private:
         const auto number = [&part](std::size_t at) { return std::to_string(Little(part.bytes + at, 8)); };
         Field(part, 0, 4, "the trailer" + Complaint(part));
         Field(part, 4, 8, "number of blocks: " + number(4));
-        Field(part, 12, 8, "number of items: " + number(12));
+        Field(part, 12, 8, "number of items: " + number(12) + CheckCount());
         Field(part, 20, 8, "bytes of items: " + number(20));
         Field(part, 28, 8, "the chain");
         Field(part, 36, 8, "checksum of the trailer");
+    }
+
+    /// What is wrong with the trailer's number of items; nothing where damage has hidden some.
+    std::string CheckCount() {
+        if (!result_.Ok() || count_ == scanner_.GetTotals().items) {
+            return "";
+        }
+        result_ = WrongItemCount(scanner_);
+        return "; WRONG: there are " + std::to_string(count_);
     }
 
     /// Behind bytes that are lost nobody knows where an item begins.
@@ -124,6 +133,7 @@ private:
     }
 
     void TakeItem(const KivStorage::ScannedItem& item, std::uint64_t end) {
+        count_ += 1;
         const std::size_t outside = structure_.GetDepth();
         structure_.Take(item, meaning_);
         const std::size_t indent = std::min(outside, structure_.GetDepth());
@@ -156,6 +166,7 @@ private:
     Meaning meaning_;
     KivStorage::Result result_;
     std::int32_t firstHalf_ = 0;
+    std::uint64_t count_ = 0;  // of items
     bool aligned_ = true;
 };
 

@@ -71,7 +71,7 @@ private:
     }
 
     TreeInfo& info_;
-    MemoryModel model_;
+    MemoryModel model_ = MemoryModel::Measured();
     double memory_ = 0.0;
 };
 

@@ -43,8 +43,10 @@ KivBase::WString GetText(const ScannedItem& item) {
 }
 
 std::int64_t JoinHalves(std::int32_t low, std::int32_t high) noexcept {
-    return static_cast<std::int64_t>((static_cast<std::uint64_t>(std::int64_t{high}) << 32) +
-                                     static_cast<std::uint64_t>(std::int64_t{low}));
+    constexpr std::uint64_t ones = 0xFFFFFFFF;
+    // A negative lower half takes one from the upper one.
+    const std::uint64_t upper = (static_cast<std::uint32_t>(high) + (low < 0 ? ones : 0)) & ones;
+    return static_cast<std::int64_t>(upper << 32 | static_cast<std::uint32_t>(low));
 }
 
 void AppendItem(std::string& text, const ScannedItem& item) {

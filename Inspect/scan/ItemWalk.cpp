@@ -9,6 +9,12 @@ namespace KivInspect {
 using KivStorage::ItemScanner;
 using KivStorage::ScanPart;
 
+namespace {
+
+constexpr std::uint64_t TrailerSize = 44;
+
+}  // namespace
+
 ItemWalk::ItemWalk(KivStorage::FileScanner& scanner, Progress progress)
     : scanner_(scanner), progress_(std::move(progress)), result_(scanner.GetError()) {}
 
@@ -17,9 +23,14 @@ KivStorage::Result WrongStructure(const KivStorage::FileScanner& scanner, const 
                                   std::to_string(offset) + "). Whoever wrote them must correct it."};
 }
 
-bool ItemWalk::Stop(std::int32_t code, const char* problem) {
+KivStorage::Result WrongItemCount(const KivStorage::FileScanner& scanner) {
+    const std::uint64_t trailer = scanner.GetSize() - TrailerSize;
+    return {KivStorage::StorageTotalsDiffer,
+            WrongStructure(scanner, "the trailer names another number of items", trailer).sentence};
+}
+
+bool ItemWalk::Stop(const char* problem) {
     result_ = WrongStructure(scanner_, problem, item_.offset);
-    result_.code = code;
     return false;
 }
 
@@ -42,9 +53,9 @@ bool ItemWalk::NextBlock() {
     if (!scanner_.GetError().Ok()) {
         result_ = scanner_.GetError();
     } else if (items_.GetPending() > 0 || !structure_.HasEnded()) {
-        Stop(InspectMalformed, "they end before the tree does");
+        Stop("they end before the tree does");
     } else if (count_ != scanner_.GetTotals().items) {
-        Stop(KivStorage::StorageTotalsDiffer, "the trailer names another number of items");
+        result_ = WrongItemCount(scanner_);
     }
     return false;
 }
@@ -58,10 +69,10 @@ bool ItemWalk::Next() {
         if (step == ItemScanner::Step::Item) {
             count_ += 1;
             structure_.Take(item_, meaning_);
-            return meaning_.problem == nullptr || Stop(InspectMalformed, meaning_.problem);
+            return meaning_.problem == nullptr || Stop(meaning_.problem);
         }
         if (step == ItemScanner::Step::Unknown) {
-            return Stop(InspectMalformed, "an item of unknown type stands here");
+            return Stop("an item of unknown type stands here");
         }
         inBlock_ = NextBlock();
         if (!inBlock_) {

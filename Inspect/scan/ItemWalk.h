@@ -25,7 +25,7 @@ public:
 
 private:
     bool NextBlock();
-    bool Stop(std::int32_t code, const char* problem);
+    bool Stop(const char* problem);
 
     KivStorage::FileScanner& scanner_;
     Progress progress_;
@@ -42,5 +42,7 @@ private:
 
 /// `The data hold no tree: PROBLEM (file "name", byte 123). ...`
 KivStorage::Result WrongStructure(const KivStorage::FileScanner& scanner, const char* problem, std::uint64_t offset);
+/// Says that the trailer, which has been read, tells of another number of items than there are.
+KivStorage::Result WrongItemCount(const KivStorage::FileScanner& scanner);
 
 }  // namespace KivInspect

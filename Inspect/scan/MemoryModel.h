@@ -12,7 +12,11 @@ namespace KivInspect {
 /// those of this library, this platform and this compiler.
 class MemoryModel {
 public:
-    MemoryModel();
+    /// A model of its own, of what has been measured once.
+    static MemoryModel Measured() {
+        static const MemoryModel model;
+        return model;
+    }
 
     /// A node without content; of a map use OfMap.
     double OfNode(int kind) const noexcept { return nodes_[static_cast<std::size_t>(kind)]; }
@@ -33,6 +37,7 @@ private:
         int slots = 0;
     };
 
+    MemoryModel();
     void MeasureNodes();
     void MeasureElements();
     void MeasureText();

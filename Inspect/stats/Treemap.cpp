@@ -161,8 +161,8 @@ private:
 
     /// Maps of one tag have one colour; every other kind has its own.
     static std::string ColorOf(const SubTree& tree) {
-        const std::uint32_t number =
-            tree.kind == NodeTypeMap ? tree.tag * 47U + 200U : static_cast<std::uint32_t>(tree.kind) * 29U;
+        const std::uint64_t number = tree.kind == NodeTypeMap ? std::uint64_t{tree.tag} * 47U + 200U
+                                                              : static_cast<std::uint64_t>(tree.kind) * 29U;
         return "hsl(" + std::to_string(number % 360U) + ",45%," + (tree.kind == NodeTypeMap ? "78" : "86") + "%)";
     }
 

@@ -14,6 +14,8 @@ namespace {
 constexpr std::size_t kReadSize = 4 * kBlockSize;
 // Bytes that belong to a block of any size when it begins behind one more block of bytes.
 constexpr std::size_t kSearchNeeds = 2 * kBlockSize + kTrailerSize;
+// A trailer with a greater number of blocks is none: no file system holds so many.
+constexpr std::uint64_t kMostBlocks = std::uint64_t{1} << 48;
 
 }  // namespace
 
@@ -55,7 +57,7 @@ bool BlockSearch::IsTrailer(std::size_t at, std::uint64_t& blocks) {
         return false;
     }
     blocks = GetLittle64(Bytes() + at + 4);
-    return Checksum(Bytes() + at, 36, blocks + 1) == GetLittle64(Bytes() + at + 36);
+    return blocks <= kMostBlocks && Checksum(Bytes() + at, 36, blocks + 1) == GetLittle64(Bytes() + at + 36);
 }
 
 void BlockSearch::Begin(std::uint64_t number) noexcept {

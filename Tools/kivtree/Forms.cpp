@@ -26,7 +26,7 @@ constexpr std::size_t PartsToTell = 20;
     const std::vector<KivStorage::UnsavedPart> parts = KivStorage::FindUnsavedParts(tree, true);
     for (std::size_t i = 0; i < parts.size() && i < PartsToTell; ++i) {
         const std::string key = KivBase::ToUtf8(parts[i].key);
-        Context::Note((key.empty() ? "the root" : key) + ": " + parts[i].sentence);
+        Context::Note((key.empty() ? "(root)" : key) + " " + parts[i].sentence);
     }
     throw Trouble("the binary form cannot hold this tree: " + std::to_string(parts.size()) +
                   " of its nodes would be lost or altered. The text and the JSON form hold any tree.");

@@ -21,7 +21,7 @@ TABLE = {
     "Inspect": {"public:Platform", "public:Generics", "public:Storage", "public:Inspect", "Inspect", "system"},
     "Tools": {"public:Platform", "public:Generics", "public:Storage", "public:Inspect", "Tools", "system"},
     "Examples": {"public:Platform", "public:Generics", "public:Storage", "Examples"},
-    "Benchmarks": {"public:Platform", "public:Generics", "public:Storage", "Benchmarks", "system"},
+    "Benchmarks": {"public:Platform", "public:Generics", "public:Storage", "public:Inspect", "Benchmarks", "system"},
 }
 
 # What single files may include beyond the table, each for its reason.
