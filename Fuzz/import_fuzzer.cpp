@@ -1,0 +1,6 @@
+#include "targets/inspect/InspectTargets.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
+    KivFuzz::RunImport(bytes, count);
+    return 0;
+}
