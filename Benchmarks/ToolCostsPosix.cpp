@@ -77,13 +77,15 @@ Cost Measure(const std::function<int()>& work) {
 int RunTool(std::vector<std::string> words, const fs::path& output) {
     words.insert(words.begin(), KIVTREE);
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string& word : words) {
         arguments.push_back(word.data());
     }
     arguments.push_back(nullptr);
     const int out = ::open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    ::dup2(out, STDOUT_FILENO);
-    ::execv(KIVTREE, arguments.data());
+    if (out >= 0 && ::dup2(out, STDOUT_FILENO) >= 0) {
+        ::execv(KIVTREE, arguments.data());
+    }
     return 2;
 }
 

@@ -5,6 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <KivBase/Utf.h>
+
 #include "files/Failure.h"
 
 namespace KivInspect {
@@ -99,8 +101,9 @@ public:
         // The number of the error and the place stand before the reason.
         const std::string text = error.what();
         const std::size_t reason = text.find(": ");
-        throw Failure(InspectMalformed, "this is no JSON: " + (reason != std::string::npos ? text.substr(reason + 2)
-                                                                                           : text + " " + token));
+        const std::string said = reason != std::string::npos ? text.substr(reason + 2) : text + " " + token;
+        // What it has read last need not be UTF-8.
+        throw Failure(InspectMalformed, "this is no JSON: " + KivBase::ToUtf8(KivBase::FromUtf8(said)));
     }
 
 private:

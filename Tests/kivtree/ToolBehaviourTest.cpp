@@ -1,5 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
+#include <ostream>
+#include <string>
+#include <vector>
+
 #include "kivtree/Tool.h"
 
 namespace ToolTest {
@@ -37,6 +43,82 @@ TEST(ToolTest, AWrongOptionGetsOneLineWithASuggestion) {
               "kivtree: The following argument was not expected: --rwa. Did you mean '--raw'? "
               "kivtree get --help lists what it takes.\n");
 }
+
+TEST(ToolTest, AWrongValueOfAnOptionGetsOneLine) {
+    EXPECT_EQ(RunTool({"ls", "--sort", "siez", EveryKind}).err,
+              "kivtree: --sort: 'siez' is none of key,kind,tag,temporality,size. Did you mean 'size'? "
+              "kivtree ls --help lists what it takes.\n");
+    EXPECT_EQ(RunTool({"dump", "--depth", "x", EveryKind}).err,
+              "kivtree: --depth: 'x' is no whole number. kivtree dump --help lists what it takes.\n");
+    EXPECT_EQ(RunTool({"dump", "--children", "0", EveryKind}).err,
+              "kivtree: --children: '0' is no whole number from 1 up. kivtree dump --help lists what it takes.\n");
+    const Ran ran = RunTool({"diff", "--abs", "-1", EveryKind, EveryKind});
+    EXPECT_EQ(ran.err, "kivtree: --abs: '-1' is no number from 0 up. kivtree diff --help lists what it takes.\n");
+    EXPECT_EQ(ran.code, 2);
+}
+
+TEST(ToolTest, AWordLikeNoOtherGetsNoSuggestion) {
+    EXPECT_EQ(RunTool({"-x"}).err, "kivtree: there is no verb '-x'. kivtree help lists the verbs.\n");
+}
+
+/// What is no tree, and what was one.
+struct BadFile {
+    const char* name;
+    std::string bytes;
+    const char* says;
+};
+
+void PrintTo(const BadFile& file, std::ostream* out) {
+    *out << file.name;
+}
+
+class BadFileTest : public testing::TestWithParam<BadFile> {};
+
+TEST_P(BadFileTest, EveryVerbEndsWithOneSentenceAndCodeTwoWithinASecond) {
+    const Folder folder;
+    const std::string file = folder / GetParam().name;
+    WriteFile(file, GetParam().bytes);
+    const std::vector<std::vector<std::string>> all = {{"info", file},
+                                                       {"ls", file},
+                                                       {"dump", file},
+                                                       {"get", file, "0:"},
+                                                       {"find", file, "-e", "x"},
+                                                       {"diff", file, EveryKind},
+                                                       {"diff", EveryKind, file},
+                                                       {"merge", file, EveryKind, "-o", "-"},
+                                                       {"merge3", EveryKind, EveryKind, file, "-o", "-"},
+                                                       {"check", file},
+                                                       {"check", "--checksums", file},
+                                                       {"convert", "--to", "text", file},
+                                                       {"stats", file},
+                                                       {"view", file},
+                                                       {"annotate", file}};
+    for (const auto& words : all) {
+        const auto begin = std::chrono::steady_clock::now();
+        const Ran ran = RunTool(words);
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1)) << words[0];
+        EXPECT_EQ(ran.code, 2) << words[0];
+        EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 1) << words[0] << ": " << ran.err;
+        EXPECT_NE(ran.err.find(GetParam().name), std::string::npos) << words[0] << ": " << ran.err;
+        const bool says = ran.err.find(GetParam().says) != std::string::npos ||
+                          ran.err.find("is not in the binary form") != std::string::npos;
+        EXPECT_TRUE(says) << words[0] << ": " << ran.err;
+    }
+}
+
+std::string Damaged() {
+    std::string bytes = ReadFile(EveryKind);
+    bytes[60] = static_cast<char>(bytes[60] ^ 1);
+    return bytes;
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, BadFileTest,
+                         testing::Values(BadFile{"empty", "", "is empty. Take it from a copy."}, BadFile{"foreign", "MZ and more", "Check"},
+                                         BadFile{"cut", ReadFile(EveryKind).substr(0, 100), "kivtree salvage "},
+                                         BadFile{"damaged", Damaged(), "kivtree salvage "},
+                                         BadFile{"text", "kivtext 1\nMap\n  0: Stringg \"x\"\n", "line 3"},
+                                         BadFile{"json", "{\"kivtree\": 1, \"root\": {\"kind\": 5}}", "line 1"}),
+                         [](const auto& each) { return std::string(each.param.name); });
 
 TEST(ToolTest, AMissingFileIsNamed) {
     const Ran ran = RunTool({"get", "/nowhere/tree.kiv", "0:"});

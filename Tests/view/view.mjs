@@ -108,6 +108,7 @@ async function testDiff() {
   // Each of 3 missing persons, 6 other numbers, and one text.
   same("differences are counted", "10 differences", await page.textContent("#differenceCount"));
   await press(page, "d");
+  check("the foot names the key", (await page.innerText("#keys")).includes("D next difference"), await page.innerText("#keys"));
   same("D goes to the first difference", "0:7:1:", await selectedKey(page));
   const sides = await page.$$eval(".row.changed .value", values => values.map(value => value.textContent));
   same("both sides of a difference stand side by side", ["21", "-7"], sides.slice(0, 2));

@@ -4,7 +4,39 @@
 
 #include <CLI/CLI.hpp>
 
+#include "kivtree/Suggest.h"
+
 namespace KivTree {
+namespace {
+
+/// Lets nothing pass for which `problem` has a sentence. The help shows no trace of it.
+template <class Problem>
+void Check(CLI::Option* option, Problem problem) {
+    option->check(CLI::Validator([problem](std::string& word) { return problem(word); }, ""));
+}
+
+template <class Number>
+bool IsNumberFrom(const std::string& word, Number least) {
+    Number number{};
+    return CLI::detail::lexical_cast(word, number) && number >= least;
+}
+
+void CheckWhole(CLI::Option* option) {
+    Check(option, [](const std::string& word) {
+        std::int64_t number = 0;
+        return CLI::detail::lexical_cast(word, number) ? "" : "'" + word + "' is no whole number";
+    });
+}
+
+std::string Listed(const std::vector<std::string>& values) {
+    std::string list;
+    for (const std::string& value : values) {
+        list += (list.empty() ? "" : ",") + value;
+    }
+    return list;
+}
+
+}  // namespace
 
 Option Option::Required() const {
     option_->required();
@@ -17,17 +49,25 @@ Option Option::Named(const char* value) const {
 }
 
 Option Option::OneOf(const std::vector<std::string>& values) const {
-    option_->check(CLI::IsMember(values));
+    const auto problem = [values](const std::string& word) {
+        const bool known = std::find(values.begin(), values.end(), word) != values.end();
+        return known ? "" : "'" + word + "' is none of " + Listed(values) + "." + Suggestion(word, values);
+    };
+    option_->check(CLI::Validator(problem, "{" + Listed(values) + "}"));
     return *this;
 }
 
 Option Option::Positive() const {
-    option_->check(CLI::PositiveNumber);
+    Check(option_, [](const std::string& word) {
+        return IsNumberFrom(word, std::int64_t{1}) ? "" : "'" + word + "' is no whole number from 1 up";
+    });
     return *this;
 }
 
 Option Option::NotNegative() const {
-    option_->check(CLI::NonNegativeNumber);
+    Check(option_, [](const std::string& word) {
+        return IsNumberFrom(word, 0.0) ? "" : "'" + word + "' is no number from 0 up";
+    });
     return *this;
 }
 
@@ -55,19 +95,27 @@ Option CommandLine::Add(const char* names, std::string& value, const char* descr
 }
 
 Option CommandLine::Add(const char* names, int& value, const char* description) {
-    return Option(app_->add_option(names, value, description));
+    CLI::Option* const option = app_->add_option(names, value, description);
+    CheckWhole(option);
+    return Option(option);
 }
 
 Option CommandLine::Add(const char* names, std::optional<int>& value, const char* description) {
-    return Option(app_->add_option(names, value, description));
+    CLI::Option* const option = app_->add_option(names, value, description);
+    CheckWhole(option);
+    return Option(option);
 }
 
 Option CommandLine::Add(const char* names, std::uint64_t& value, const char* description) {
-    return Option(app_->add_option(names, value, description));
+    CLI::Option* const option = app_->add_option(names, value, description);
+    CheckWhole(option);
+    return Option(option);
 }
 
 Option CommandLine::Add(const char* names, std::optional<std::uint64_t>& value, const char* description) {
-    return Option(app_->add_option(names, value, description));
+    CLI::Option* const option = app_->add_option(names, value, description);
+    CheckWhole(option);
+    return Option(option);
 }
 
 Option CommandLine::Add(const char* names, double& value, const char* description) {
@@ -96,6 +144,8 @@ CommandLine::Parsed CommandLine::Parse(const std::vector<std::string>& words) {
     } catch (const CLI::ParseError& error) {
         parsed.problem = error.what();
         std::replace(parsed.problem.begin(), parsed.problem.end(), '\n', ' ');
+        // A suggestion at its end is a sentence of its own.
+        parsed.problem += parsed.problem.back() == '?' || parsed.problem.back() == '.' ? "" : ".";
     }
     return parsed;
 }

@@ -31,7 +31,11 @@ bool IsDamage(std::int32_t code) {
 
 void ThrowLoadFailure(const std::string& file, const KivStorage::Result& result) {
     std::string sentence = result.sentence;
-    if (IsDamage(result.code)) {
+    std::error_code ignored;
+    if (result.code == KivStorage::StorageTruncated && file != "-" &&
+        std::filesystem::file_size(std::filesystem::u8path(file), ignored) == 0) {
+        sentence = "file \"" + file + "\" is empty. Take it from a copy.";
+    } else if (IsDamage(result.code)) {
         sentence += " Or see what can still be read: kivtree salvage " + file;
     }
     throw Trouble(sentence);

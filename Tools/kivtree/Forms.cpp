@@ -114,7 +114,8 @@ Form ChooseForm(const std::string& name, const std::string& file) {
     if (ending == "binary" || ending == ".kiv") {
         return Form::Binary;
     }
-    throw Trouble("\"" + file + "\" does not tell the form by an ending .kiv, .kivtext or .json: name it with --to.");
+    throw Trouble((file == "-" ? "standard output" : "\"" + file + "\"") +
+                  " does not tell the form by an ending .kiv, .kivtext or .json: name it with --to.");
 }
 
 void WriteProved(Tree* tree, Form form, OutputFile& out) {

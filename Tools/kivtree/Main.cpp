@@ -48,7 +48,7 @@ int RefuseWords(const CommandLine& words, const std::vector<std::string>& given,
             suggestion = Suggestion(name, known);
         }
     }
-    Context::Note(problem + "." + suggestion + " " + words.GetProgram() + " --help lists what it takes.");
+    Context::Note(problem + suggestion + " " + words.GetProgram() + " --help lists what it takes.");
     return ExitTrouble;
 }
 

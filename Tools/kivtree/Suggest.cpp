@@ -25,7 +25,8 @@ std::size_t Distance(const std::string& from, const std::string& to) {
 }  // namespace
 
 std::string Suggestion(const std::string& word, const std::vector<std::string>& known) {
-    std::size_t least = word.size() / 2 + 2;
+    // Something of the word must be right.
+    std::size_t least = std::min(word.size(), word.size() / 2 + 2);
     const std::string* best = nullptr;
     for (const std::string& each : known) {
         const std::size_t distance = Distance(word, each);

@@ -569,6 +569,7 @@ function addDifferences() {
   $("differenceCount").textContent = n.toLocaleString("en") + (n === 1 ? " difference" : " differences");
   $("differences").hidden = false;
   $("heads").hidden = false;
+  $("differenceKey").hidden = false;
   document.body.classList.add("diff");
 }
 

@@ -54,8 +54,11 @@ int RunCheck(const Options& options, Context& context) {
             ThrowLoadFailure(options.file, file->result);
         }
     }
+    if (options.checksums && !file) {
+        throw Trouble(options.file + " is not in the binary form, which alone has checksums. Leave out --checksums.");
+    }
     if (options.checksums) {
-        Print(options, file ? &*file : nullptr, nullptr, context);
+        Print(options, &*file, nullptr, context);
         return ExitSuccess;
     }
     const Input input = LoadInput(options, scan, context);

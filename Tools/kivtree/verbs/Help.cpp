@@ -14,7 +14,7 @@ struct Options {
 
 std::string Overview() {
     std::string text =
-        "Looks into saved trees: shows, finds, compares, merges, checks and converts them.\n"
+        "Looks into saved trees: shows, finds, compares, merges, checks, converts and draws them.\n"
         "\n"
         "Usage: kivtree VERB [OPTIONS] FILE...\n"
         "\n"
