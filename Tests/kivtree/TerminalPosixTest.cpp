@@ -139,7 +139,7 @@ protected:
         }
         WriteFile(folder_ / "large.kivtext", Lines("kivtext 1\nMap\n  0: Vector", "\n    - Double ", "\n"));
         if (command.find("large.kivtext") == std::string::npos) {
-            ASSERT_EQ(RunTool({"convert", folder_ / "large.kivtext", folder_ / "large.kiv"}).code, 0);
+            ASSERT_EQ(RunTool({"convert", "-f", folder_ / "large.kivtext", folder_ / "large.kiv"}).code, 0);
         }
     }
 

@@ -86,7 +86,10 @@ bool Option::IsGiven() const {
 }
 
 CommandLine::CommandLine(const std::string& program, const std::string& summary)
-    : app_(std::make_unique<CLI::App>(summary, program)) {}
+    : app_(std::make_unique<CLI::App>(summary, program)) {
+    // A word that begins with a slash is a path, everywhere.
+    app_->allow_windows_style_options(false);
+}
 
 CommandLine::~CommandLine() = default;
 

@@ -1,9 +1,12 @@
+#include <cstdio>
 #include <cstdlib>
 #include <cwchar>
 #include <system_error>
 
 #include <windows.h>
 
+#include <fcntl.h>
+#include <io.h>
 #include <shellapi.h>
 
 #include "kivtree/system/System.h"
@@ -41,6 +44,7 @@ std::vector<std::string> GetArguments(int /*argc*/, char** /*argv*/) {
 }
 
 void PrepareStandardStreams() {
+    ::_setmode(::_fileno(stderr), _O_BINARY);
     ::SetConsoleOutputCP(CP_UTF8);
     DWORD mode = 0;
     const HANDLE output = ::GetStdHandle(STD_OUTPUT_HANDLE);
