@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 
 #include <KivGenerics/Boolean.h>
@@ -24,8 +25,14 @@ bool IsSame(const GUID& left, const GUID& right) {
     return KivBase::CompareGUID(left, right) == 0;
 }
 
+std::uint64_t BitsOf(double value) {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    return bits;
+}
+
 bool IsSame(double left, double right, const DiffOptions& options) {
-    if (std::memcmp(&left, &right, sizeof left) == 0) {
+    if (BitsOf(left) == BitsOf(right)) {
         return true;
     }
     const double distance = std::fabs(left - right);

@@ -35,10 +35,10 @@ bool IsWhole(const std::string& digits) {
 
 /// The kind that all elements have; a vector of mixed kinds could not be saved.
 bool AreOfOneKind(Vector* vector) {
-    const Node* const first = vector->GetNV(0);
     const Children children(vector);
-    return std::all_of(children.begin(), children.end(),
-                       [first](const Node* child) { return child->GetType() == first->GetType(); });
+    const auto first = children.begin();
+    return std::all_of(first, children.end(),
+                       [first](const Node* child) { return child->GetType() == (*first)->GetType(); });
 }
 
 bool AreNumbers(Vector* vector) {
@@ -92,7 +92,7 @@ ImportHandler::ImportHandler(ImportResult& result, std::uint32_t levels) : resul
 /// A new node where the next value goes. All are persistent: what is empty would not be saved otherwise.
 Node* ImportHandler::Add(NodeType kind, SemanticTag tag) {
     // A save keeps no values in the root.
-    if (open_.size() == 1 && !(kind == NodeTypeVector || tag == ImportTagObject || tag == ImportTagValue)) {
+    if (open_.size() == 1 && kind != NodeTypeVector && tag != ImportTagObject && tag != ImportTagValue) {
         open_.push_back(static_cast<Composite*>(Add(NodeTypeMap, ImportTagValue)));
         index_ = 0;
     }
