@@ -32,7 +32,11 @@ void Names::SetIndex(SemanticTag tag, int index, std::string name) {
 
 const std::string* Names::FindTag(SemanticTag tag) const {
     const auto found = tags_.find(tag);
-    return found != tags_.end() && found->second.name ? &*found->second.name : nullptr;
+    if (found == tags_.end()) {
+        return nullptr;
+    }
+    const std::optional<std::string>& name = found->second.name;
+    return name ? &*name : nullptr;
 }
 
 const std::string* Names::FindIndex(SemanticTag tag, int index) const {

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <random>
+#include <string>
+#include <vector>
 
 #include <KivGenerics/Double.h>
 #include <KivGenerics/NodeCast.h>
@@ -9,6 +12,7 @@
 #include <KivInspect/ValueText.h>
 
 #include "inspect/Corpus.h"
+#include "json/JsonParser.h"
 #include "text/Scan.h"
 
 namespace InspectTest {
@@ -95,6 +99,55 @@ TEST_P(FormRoundTripTest, RandomDoublesReadBackBitForBit) {
 INSTANTIATE_TEST_SUITE_P(Forms, FormRoundTripTest,
                          testing::Values(FormCase{"Text", ToText, FromText}, FormCase{"Json", ToJson, FromJson}),
                          [](const auto& each) { return each.param.name; });
+
+/// Expects numbers in an array one after the other, bit for bit.
+class ExpectNumbers final : public KivInspect::JsonHandler {
+public:
+    explicit ExpectNumbers(const std::vector<double>& numbers) : numbers_(numbers) {}
+
+    void Null() override { FAIL(); }
+    void Boolean(bool /*value*/) override { FAIL(); }
+    void Integer(std::int64_t value) override { Take(static_cast<double>(value)); }
+    void Unsigned(std::uint64_t value) override { Take(static_cast<double>(value)); }
+    void Float(double value, const std::string& /*digits*/) override { Take(value); }
+    void String(std::string& /*value*/) override { FAIL(); }
+    void StartObject() override { FAIL(); }
+    void Key(std::string& /*key*/) override { FAIL(); }
+    void EndObject() override { FAIL(); }
+    void StartArray() override {}
+    void EndArray() override { EXPECT_EQ(next_, numbers_.size()); }
+
+private:
+    void Take(double value) {
+        ASSERT_LT(next_, numbers_.size());
+        ASSERT_TRUE(ToBits(numbers_[next_]) == ToBits(value)) << std::hex << ToBits(numbers_[next_]);
+        ++next_;
+    }
+
+    const std::vector<double>& numbers_;
+    std::size_t next_ = 0;
+};
+
+/// The same digits read as JSON, which has no name for what is not finite.
+TEST(DoubleTextTest, TenMillionRandomBitPatternsReadBackFromJson) {
+    std::mt19937_64 random(1852);
+    for (int part = 0; part < 100; ++part) {
+        std::vector<double> numbers;
+        std::string text = "[";
+        while (numbers.size() < 100000) {
+            const double number = FromBits(random());
+            if (std::isfinite(number)) {
+                text += numbers.empty() ? "" : ",";
+                KivInspect::AppendValue(text, number);
+                numbers.push_back(number);
+            }
+        }
+        text += "]";
+        KivInspect::MemorySource source(text);
+        ExpectNumbers handler(numbers);
+        KivInspect::ParseJson(source, "the numbers", handler);
+    }
+}
 
 /// As many as it takes to meet what is rare; the digits themselves, without a tree around them.
 TEST(DoubleTextTest, TenMillionRandomBitPatternsReadBack) {
