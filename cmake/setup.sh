@@ -42,6 +42,7 @@ packageOf() {
         /usr/share/iso-codes/json) echo iso-codes ;;
         help2man) echo help2man ;;
         tmux) echo tmux ;;
+        /usr/share/i18n/locales/de_DE) echo locales ;;
         git) echo git ;;
         /usr/include/benchmark/benchmark.h) echo libbenchmark-dev ;;
         /usr/include/rapidjson/document.h) echo rapidjson-dev ;;
