@@ -113,7 +113,8 @@ std::string Damaged() {
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, BadFileTest,
-                         testing::Values(BadFile{"empty", "", "is empty. Take it from a copy."}, BadFile{"foreign", "MZ and more", "Check"},
+                         testing::Values(BadFile{"empty", "", "is empty. Take it from a copy."},
+                                         BadFile{"foreign", "MZ and more", "Check"},
                                          BadFile{"cut", ReadFile(EveryKind).substr(0, 100), "kivtree salvage "},
                                          BadFile{"damaged", Damaged(), "kivtree salvage "},
                                          BadFile{"text", "kivtext 1\nMap\n  0: Stringg \"x\"\n", "line 3"},
