@@ -1,0 +1,157 @@
+// How much faster two threads with a forest each are than one: twice, unless they wait for each other. Beside it stands what
+// the machine gives to two threads that share nothing but the processor. `ThreadsReport --check` asserts 1.9 times.
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <thread>
+#include <vector>
+
+#include <KivGenerics/Composite.h>
+#include <KivGenerics/Tree.h>
+
+#include "Shapes.h"
+#include "WordArchive.h"
+
+using namespace KivGenerics;
+
+namespace {
+
+constexpr double kLeastGain = 1.9;
+constexpr int kTries = 40;
+// Small enough that both forests stay in the caches of their processors, which they would otherwise share.
+constexpr std::size_t kNodes = 2000;
+
+KivBase::ReturnPtrI<Tree> NewTree() {
+    return CreateGenericTree(EnumOrvObjectType(55));
+}
+
+/// What a host does all day, in a forest of its own.
+void UseForest(int rounds) {
+    for (int round = 0; round < rounds; ++round) {
+        const auto tree = NewTree();
+        FillRecords(*tree, kNodes);
+        tree->UpdateDerivedTemporality();
+        const auto copy = NewTree();
+        copy->CopyFromTree(tree.Get());
+        copy->GetRoot()->Compare(tree->GetRoot(), TemporalityTemporary, true);
+        WordWriteArchive saved;
+        tree->SaveToArchive(&saved, true, 255);
+        WordReadArchive source(saved.words);
+        const auto loaded = NewTree();
+        loaded->LoadFromArchive(&source);
+        loaded->GetRoot()->MergeWith(tree->GetRoot(), false);
+        loaded->ClearTemporaryNodes();
+    }
+}
+
+/// Nodes that come and go: their memory is handed out again.
+void ReuseNodes(int rounds) {
+    const auto tree = NewTree();
+    for (int round = 0; round < rounds; ++round) {
+        tree->RemoveRoot();
+        FillRecords(*tree, kNodes);
+    }
+}
+
+/// Forests that are made for a moment.
+void MakeForests(int rounds) {
+    for (int round = 0; round < 100 * rounds; ++round) {
+        NewTree()->NewRoot(NodeTypeMap);
+    }
+}
+
+/// Handles on a tree of the thread's own.
+void TakeHandles(int rounds) {
+    const auto tree = NewTree();
+    Node* const root = tree->NewRoot(NodeTypeMap);
+    for (int i = 0; i < 20000 * rounds; ++i) {
+        const auto handle = root->GetTree();
+    }
+}
+
+/// What needs nothing but a processor.
+void Calculate(int rounds) {
+    static std::atomic<std::uint64_t> result{0};
+    std::uint64_t value = 1;
+    for (int i = 0; i < 300'000 * rounds; ++i) {
+        value = value * 6364136223846793005U + (value >> 33);
+    }
+    result.store(value, std::memory_order_relaxed);
+}
+
+struct Work {
+    const char* name;
+    void (*run)(int rounds);
+    bool isChecked;
+};
+
+constexpr Work kWorks[] = {
+    {"calculate", Calculate, false},           {"use a forest", UseForest, true},   {"reuse nodes", ReuseNodes, true},
+    {"make small forests", MakeForests, true}, {"take handles", TakeHandles, true},
+};
+
+/// The seconds that so many threads take for the same work each; they start together.
+double SecondsOf(const Work& work, int threads, int rounds) {
+    std::atomic<int> ready{0};
+    std::atomic<bool> go{false};
+    std::vector<std::thread> running;
+    for (int i = 0; i < threads; ++i) {
+        running.emplace_back([&] {
+            ++ready;
+            while (!go) {
+                std::this_thread::yield();
+            }
+            work.run(rounds);
+        });
+    }
+    while (ready != threads) {
+        std::this_thread::yield();
+    }
+    const auto start = std::chrono::steady_clock::now();
+    go = true;
+    for (std::thread& thread : running) {
+        thread.join();
+    }
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// As many rounds as take a fiftieth of a second.
+int RoundsFor(const Work& work) {
+    int rounds = 1;
+    while (SecondsOf(work, 1, rounds) < 0.02) {
+        rounds *= 2;
+    }
+    return rounds;
+}
+
+/// The throughput of two threads by that of one, each in its best try: what disturbs makes it slower alone.
+double GainOf(const Work& work) {
+    const int rounds = RoundsFor(work);
+    double one = SecondsOf(work, 1, rounds);
+    double two = SecondsOf(work, 2, rounds);
+    for (int i = 1; i < kTries; ++i) {
+        one = std::min(one, SecondsOf(work, 1, rounds));
+        two = std::min(two, SecondsOf(work, 2, rounds));
+    }
+    return 2 * one / two;
+}
+
+}  // namespace
+
+int main(int count, char** words) {
+    const bool checks = count == 2 && std::strcmp(words[1], "--check") == 0;
+    int broken = 0;
+    std::printf("Throughput of two threads, by that of one\n");
+    for (const Work& work : kWorks) {
+        const double gain = GainOf(work);
+        const bool isBroken = work.isChecked && gain < kLeastGain;
+        broken += isBroken ? 1 : 0;
+        std::printf("%-20s %5.2f%s\n", work.name, gain, isBroken ? "   less than 1.9" : "");
+        std::fflush(stdout);
+    }
+    return checks && broken > 0 ? 1 : 0;
+}
