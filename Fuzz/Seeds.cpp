@@ -100,6 +100,14 @@ Bytes ForRoundTrip(const Bytes& items) {
     return bytes;
 }
 
+/// A fault at some call, and what to save or load then: any bytes build some tree.
+Bytes ForFaults(const Bytes& items, std::uint32_t seed) {
+    const auto small = static_cast<std::uint8_t>(seed);
+    const Bytes fault = {static_cast<std::uint8_t>(seed % 10), static_cast<std::uint8_t>(17 * seed), small, small};
+    const bool loads = seed % 10 / 2 == 2 || seed % 10 / 2 == 3;
+    return StorageTest::Join({fault, loads ? items : ForRoundTrip(items)});
+}
+
 Bytes ForKey(std::uint32_t seed) {
     const char* const keys[] = {"",           "0:", "3:11:11:", "16:0:0:", "536870911:3:3:", "00042:4294967299:",
                                 "8192:1:1:7", "15"};
@@ -124,6 +132,7 @@ void WriteSeeds(const fs::path& folder, std::uint32_t seed, KivGenerics::Tree& t
     Write(folder, "archive", seed, ForArchive(items));
     Write(folder, "calls", seed, ForCalls(items));
     Write(folder, "roundtrip", seed, ForRoundTrip(items));
+    Write(folder, "faults", seed, ForFaults(items, seed));
     Write(folder, "key", seed, ForKey(seed));
 }
 

@@ -20,6 +20,8 @@ void RunArchive(const std::uint8_t* bytes, std::size_t count);
 void RunRoundTrip(const std::uint8_t* bytes, std::size_t count);
 /// Calls the streams, and the library's archives over them, in any order.
 void RunCalls(const std::uint8_t* bytes, std::size_t count);
+/// Saves and loads with a host whose calls, memory or paths fail.
+void RunFaults(const std::uint8_t* bytes, std::size_t count);
 /// Looks for a node by any key.
 void RunKey(const std::uint8_t* bytes, std::size_t count);
 
@@ -31,7 +33,7 @@ struct Target {
 
 inline constexpr Target kTargets[] = {
     {"stream", RunStream},       {"file", RunFile},   {"items", RunItems}, {"archive", RunArchive},
-    {"roundtrip", RunRoundTrip}, {"calls", RunCalls}, {"key", RunKey},
+    {"roundtrip", RunRoundTrip}, {"calls", RunCalls}, {"key", RunKey},     {"faults", RunFaults},
 };
 
 }  // namespace KivFuzz
