@@ -196,13 +196,19 @@ void ReadBack(const std::vector<std::uint8_t>& bytes, const std::vector<Item>& i
 std::int32_t MisuseReader(MemoryReadStream& stream, std::uint8_t choice) {
     char16_t unit = 0;
     void* object = nullptr;
-    switch (choice % 8) {
+    switch (choice % 16) {
         case 0: return stream.GetLong(nullptr);
         case 1: return stream.GetStringChars(1, &unit);
         case 2: return stream.GetStringChars(choice, nullptr);
         case 3: return stream.Finish().code;
         case 4: stream.QueryInterface(choice < 0x80 ? KivStorage::BlockReadStreamId : GUID{}, &object); break;
         case 5: stream.QueryInterface(KivStorage::UnknownInterfaceId, nullptr); break;
+        case 6: return stream.GetDouble(nullptr);
+        case 7: return stream.GetShort(nullptr);
+        case 8: return stream.GetStringLength(nullptr);
+        case 9: return stream.GetGUID(nullptr);
+        case 10: return stream.GetVariant(nullptr);
+        case 11: return stream.GetObjectTag(nullptr);
         default: static_cast<void>(stream.GetPlace()); break;
     }
     if (object != nullptr) {

@@ -3,9 +3,13 @@
 #include <new>
 
 #include <KivGenerics/Exception.h>
+#include <KivGenerics/Iterator.h>
 #include <KivStorage/LoadTree.h>
 #include <KivStorage/MemoryReadStream.h>
 #include <KivStorage/SaveTree.h>
+#include <KivStorage/SizeArchive.h>
+#include <KivStorage/SizeTotals.h>
+#include <KivStorage/UnsavedParts.h>
 
 #include "core/Invariants.h"
 #include "targets/FailingHost.h"
@@ -108,6 +112,58 @@ void SaveAndLoadAnywhere(Input& input) {
     Require(!saved.Ok() || loaded.tree, "A saved file does not load.");
 }
 
+/// Nodes may be written one by one, while what they derive is out of date.
+void SaveNodesAlone(Input& input, Fault& fault, bool withTransient) {
+    const auto tree = NewTree();
+    GrowTree(*tree, input);
+    const auto iterator = tree->GetRoot()->GetIterator();
+    for (int left = 4; left > 0; --left) {
+        Node* const node = iterator->Next();
+        if (node == nullptr) {
+            return;
+        }
+        FailingWriteArchive archive(fault);
+        node->WriteToArchive(&archive, withTransient);
+        KivStorage::SizeTotals totals;
+        node->SizeDefnArchive(&totals, withTransient);
+        node->CalculateDerivedTemporality();
+        KivStorage::SizeArchive size;
+        tree->SaveToArchive(&size, withTransient, 255);
+    }
+}
+
+template <class Call>
+void Misuse(Call call) {
+    try {
+        call();
+    } catch (const Exception&) {
+        // It may be refused in this way, too.
+    }
+}
+
+/// Null where something is needed.
+void GiveNothing(Input& input, bool withTransient) {
+    const auto tree = NewTree();
+    if (input.TakeByte() % 2 == 0) {
+        GrowTree(*tree, input);
+    }
+    Misuse([&] { tree->SaveToStream(nullptr, withTransient); });
+    Misuse([&] { tree->SaveToArchive(nullptr, withTransient, 255); });
+    Misuse([&] { tree->SizeArchive(nullptr, withTransient); });
+    Misuse([&] { tree->LoadFromStream(nullptr); });
+    Misuse([&] { tree->LoadFromArchive(nullptr); });
+    Bytes bytes;
+    KivStorage::SaveOptions options;
+    options.saveDespiteLosses = withTransient;
+    Require(!KivStorage::SaveTreeToMemory(nullptr, bytes, options).Ok(), "No tree at all is saved.");
+    Require(!KivStorage::PredictSize(nullptr).result.Ok(), "No tree at all has a size.");
+    Require(KivStorage::FindUnsavedParts(nullptr).empty(), "No tree at all has parts.");
+    KivStorage::SizeArchive size;
+    Require(size.WriteWideString(nullptr, 1) < 0 && size.WriteVariant(nullptr) < 0, "Nothing is sized.");
+    size.WriteWideString(nullptr, 0);
+    size.WriteVariant(StorageTest::Variant(input.TakeByte(), input.TakeNumber(8)));
+}
+
 }  // namespace
 
 void RunFaults(const std::uint8_t* bytes, std::size_t count) {
@@ -115,7 +171,7 @@ void RunFaults(const std::uint8_t* bytes, std::size_t count) {
     const std::uint8_t choice = input.TakeByte();
     Fault fault(input);
     const bool withTransient = choice % 2 == 1;
-    switch (choice % 10 / 2) {
+    switch (choice % 14 / 2) {
         case 0: {
             FailingWriteArchive archive(fault);
             SaveGrown(input, fault, [&](Tree& tree) { return tree.SaveToArchive(&archive, withTransient, choice); });
@@ -128,6 +184,8 @@ void RunFaults(const std::uint8_t* bytes, std::size_t count) {
         }
         case 2: LoadItems(input, fault); break;
         case 3: UseWithoutMemory(input, fault); break;
+        case 4: SaveNodesAlone(input, fault, withTransient); break;
+        case 5: GiveNothing(input, withTransient); break;
         default: SaveAndLoadAnywhere(input); break;
     }
 }

@@ -41,6 +41,7 @@ public:
             case 7: MoveChild(); break;
             case 8: Enter(Put(TakeIndex(), NodeTypeMap)); break;
             case 9: Enter(Put(TakeIndex(), NodeTypeVector)); break;
+            case 10: PutMany(); break;
             default: FillValue(Put(TakeIndex(), TakeType())); break;
         }
     }
@@ -94,6 +95,33 @@ private:
         Node* const child = here_->NewNode(index, type, false, tag);
         child->SetTemporality(TakeTemporality());
         return child;
+    }
+
+    /// More children than one byte counts, or more levels than a load takes: once, since it takes so long.
+    void PutMany() {
+        const std::uint8_t choice = input_.TakeByte();
+        if (hasMany_ || choice < 0xFE) {
+            FillValue(Put(choice, TakeType()));
+            return;
+        }
+        hasMany_ = true;
+        if (choice == 0xFF) {
+            Nest(kDeepest);
+        } else {
+            PutLeaves(TakeType(), 130);
+        }
+    }
+
+    void PutLeaves(NodeType type, int count) {
+        for (int index = 0; index < count; ++index) {
+            here_->NewNode(index, type);
+        }
+    }
+
+    void Nest(int levels) {
+        for (int level = 0; level < levels; ++level) {
+            Enter(Put(0, level % 2 == 0 ? NodeTypeMap : NodeTypeVector));
+        }
     }
 
     template <class T, class Value>
@@ -164,6 +192,7 @@ private:
     Composite* here_;
     int depth_ = 0;   // of the present composite
     int height_ = 0;  // at least that of the tree
+    bool hasMany_ = false;
 };
 
 }  // namespace
