@@ -183,6 +183,50 @@ TEST_F(CompositeCompareTest, TheOtherSidesChildrenAreShownByTheirOwnTemporalityU
     }
 }
 
+TEST_F(CompositeCompareTest, AVectorThatIsNotSeenButEnteredStandsForItsElements) {
+    for (const int index : {0, 40}) {
+        Map* const mine = NewMap();
+        Map* const theirs = NewMap();
+        Put(mine, index, 5);
+        Vector* const vector = PutVector(theirs, index);
+        Append(vector, 5);
+        vector->SetTemporality(TemporalityTemporary);
+        NodeAccess::SetDerived(*vector, TemporalityPersistent);
+        EXPECT_EQ(index, CompareAt(mine, theirs, TemporalityPersistent))
+            << "this side's index against the element's, 0";
+    }
+}
+
+TEST_F(CompositeCompareTest, TheElementsOfSuchAVectorDecideAndThenWhatFollows) {
+    Map* const mine = NewMap();
+    Map* const theirs = NewMap();
+    Map* const left = PutMap(mine, 0);
+    Map* const right = PutMap(theirs, 0);
+    Put(left, 0, 5);
+    Vector* const vector = PutVector(right, 7);
+    Append(vector, 5);
+    const auto compare = [&] {
+        vector->SetTemporality(TemporalityTemporary);
+        for (Composite* const each : {static_cast<Composite*>(mine), static_cast<Composite*>(theirs)}) {
+            each->CalculateDerivedTemporality();
+        }
+        for (Node* const each : {static_cast<Node*>(right), static_cast<Node*>(vector)}) {
+            NodeAccess::SetDerived(*each, TemporalityPersistent);
+        }
+        return CompareAt(mine, theirs, TemporalityPersistent);
+    };
+    EXPECT_EQ(0, compare());
+    Put(mine, 1, 3);
+    Put(theirs, 1, 4);
+    EXPECT_EQ(-1, compare());
+    Put(theirs, 1, 2);
+    EXPECT_EQ(1, compare());
+    Append(vector, 6);
+    EXPECT_EQ(-1, compare()) << "this side has no child for the second element";
+    static_cast<Integer*>(vector->Get(0))->Set(4);
+    EXPECT_EQ(1, compare()) << "the first element decides";
+}
+
 TEST_F(CompositeCompareTest, NestedCompositesAreComparedInsideTheirPair) {
     Map* const left = NewMap();
     Map* const right = NewMap();

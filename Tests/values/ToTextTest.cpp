@@ -49,6 +49,7 @@ TEST(ToTextTest, AGuidIsInBracesAndCapitals) {
 TEST(ToTextTest, ATextIsQuotedAndEscaped) {
     EXPECT_EQ(ToText(KivBase::WString(u"plain")), "\"plain\"");
     EXPECT_EQ(ToText(KivBase::WString(u"a\"b\\c\n")), "\"a\\\"b\\\\c\\u000a\"");
+    EXPECT_EQ(ToText(KivBase::WString(u"a b\x1F")), "\"a b\\u001f\"");
     EXPECT_EQ(ToText(KivBase::WString(u"\u00E4\u20AC")), "\"\xC3\xA4\xE2\x82\xAC\"");
 }
 
@@ -88,6 +89,9 @@ TEST_F(NodeToTextTest, ASetIsItsElementsInBraces) {
     integers->Add(3);
     integers->Add(-1);
     EXPECT_EQ(ToText(integers), "{-1, 3}");
+    integers->Remove(-1);
+    integers->Add(4);
+    EXPECT_EQ(ToText(integers), "{3, 4}");
     auto* const doubles = New<DoubleSet>();
     doubles->Add(0.5);
     EXPECT_EQ(ToText(doubles), "{0.5}");
