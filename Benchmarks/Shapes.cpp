@@ -21,25 +21,60 @@ Vector& NewList(Tree& tree) {
     return *node_cast<Vector>(root->NewNode(0, NodeTypeVector));
 }
 
+/// Makes nodes of kinds that are known only when the program runs.
+struct ByType {
+    template <class T>
+    static T* Add(Vector& vector) {
+        return node_cast<T>(vector.Add(T::StaticType));
+    }
+    template <class T>
+    static T* New(Map& map, int index, SemanticTag tag = SemanticTagNone) {
+        return node_cast<T>(map.NewNode(index, T::StaticType, false, tag));
+    }
+};
+
+/// Makes nodes of kinds that the compiler knows.
+struct ByKind {
+    template <class T>
+    static T* Add(Vector& vector) {
+        return vector.Add<T>();
+    }
+    template <class T>
+    static T* New(Map& map, int index, SemanticTag tag = SemanticTagNone) {
+        return map.NewNode<T>(index, tag);
+    }
+};
+
+template <class By>
 void AddNumbers(Vector& vector, int count) {
     for (int i = 0; i < count; ++i) {
-        node_cast<Integer>(vector.Add(NodeTypeInteger))->Set(i);
+        By::template Add<Integer>(vector)->Set(i);
     }
 }
 
+template <class By>
 void AddRecord(Vector& list, int number) {
-    auto* const record = node_cast<Map>(list.Add(NodeTypeMap));
-    node_cast<Integer>(record->NewNode(0, NodeTypeInteger))->Set(number);
-    node_cast<String>(record->NewNode(1, NodeTypeString))->Set(u"a name of some length");
-    node_cast<Double>(record->NewNode(2, NodeTypeDouble))->Set(number * 0.5);
-    node_cast<Boolean>(record->NewNode(3, NodeTypeBoolean))->Set(number % 2 == 0);
-    node_cast<Integer64>(record->NewNode(4, NodeTypeInteger64))->Set(number);
-    node_cast<GlobalID>(record->NewNode(5, NodeTypeGlobalID))->Set(GUID{1, 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}});
-    auto* const nested = node_cast<Map>(record->NewNode(6, NodeTypeMap, false, SemanticTag(24576)));
+    Map& record = *By::template Add<Map>(list);
+    By::template New<Integer>(record, 0)->Set(number);
+    By::template New<String>(record, 1)->Set(u"a name of some length");
+    By::template New<Double>(record, 2)->Set(number * 0.5);
+    By::template New<Boolean>(record, 3)->Set(number % 2 == 0);
+    By::template New<Integer64>(record, 4)->Set(number);
+    By::template New<GlobalID>(record, 5)->Set(GUID{1, 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}});
+    Map& nested = *By::template New<Map>(record, 6, SemanticTag(24576));
     for (int i = 0; i < 3; ++i) {
-        node_cast<Integer>(nested->NewNode(i, NodeTypeInteger))->Set(i);
+        By::template New<Integer>(nested, i)->Set(i);
     }
-    AddNumbers(*node_cast<Vector>(record->NewNode(7, NodeTypeVector)), 4);
+    AddNumbers<By>(*By::template New<Vector>(record, 7), 4);
+}
+
+template <class By>
+void AddRecords(Tree& tree, std::size_t nodes) {
+    constexpr std::size_t kNodesOfRecord = 16;
+    Vector& list = NewList(tree);
+    for (std::size_t i = 0; i < nodes / kNodesOfRecord; ++i) {
+        AddRecord<By>(list, static_cast<int>(i));
+    }
 }
 
 class Counter final : public VisitorNode {
@@ -54,15 +89,19 @@ public:
 }  // namespace
 
 void FillNumbers(Tree& tree, std::size_t nodes) {
-    AddNumbers(NewList(tree), static_cast<int>(nodes));
+    AddNumbers<ByType>(NewList(tree), static_cast<int>(nodes));
+}
+
+void FillNumbersTyped(Tree& tree, std::size_t nodes) {
+    AddNumbers<ByKind>(NewList(tree), static_cast<int>(nodes));
 }
 
 void FillRecords(Tree& tree, std::size_t nodes) {
-    constexpr std::size_t kNodesOfRecord = 16;
-    Vector& list = NewList(tree);
-    for (std::size_t i = 0; i < nodes / kNodesOfRecord; ++i) {
-        AddRecord(list, static_cast<int>(i));
-    }
+    AddRecords<ByType>(tree, nodes);
+}
+
+void FillRecordsTyped(Tree& tree, std::size_t nodes) {
+    AddRecords<ByKind>(tree, nodes);
 }
 
 void FillSparse(Tree& tree, std::size_t nodes) {
@@ -86,7 +125,7 @@ void FillNested(Tree& tree, std::size_t nodes) {
         for (std::size_t level = 1; level < kLevels; ++level) {
             auto* const inner = node_cast<Vector>(vector->Add(NodeTypeVector));
             inner->SetTemporality(level % 2 == 0 ? TemporalityPersistent : TemporalityTransient);
-            AddNumbers(*node_cast<Vector>(vector->Add(NodeTypeVector)), 3);
+            AddNumbers<ByType>(*node_cast<Vector>(vector->Add(NodeTypeVector)), 3);
             vector = inner;
         }
     }

@@ -1,0 +1,74 @@
+#include <KivGenerics/Node.h>
+
+#include "InstructionCounts.h"
+#include "Shapes.h"
+
+using namespace KivGenerics;
+
+namespace {
+
+struct Form {
+    const char* name;
+    Shape fill;
+    Shape fillTyped;  // or null
+    std::size_t size;
+};
+
+// The smallest that the nested shape makes is one chain.
+constexpr Form kForms[] = {
+    {"numbers", FillNumbers, FillNumbersTyped, kNodesOfTree},
+    {"records", FillRecords, FillRecordsTyped, kNodesOfTree},
+    {"sparse", FillSparse, nullptr, kNodesOfTree},
+    {"nested", FillNested, nullptr, 2'500},
+};
+
+std::function<void(Input&)> Filling(Shape fill, std::size_t size) {
+    return [fill, size](Input& input) {
+        input.tree = NewTree();
+        fill(*input.tree, size);
+    };
+}
+
+void ListChanges(std::vector<Count>& counts, const Form& form, const std::function<std::size_t()>& getUnits) {
+    const auto prepare = Filling(form.fill, form.size);
+    const auto withCopy = [prepare](Input& input) {
+        prepare(input);
+        input.other = NewTree();
+        input.other->CopyFromTree(input.tree.Get());
+    };
+    // The walk is done only where a temporality has changed since the last one.
+    const auto stale = [prepare](Input& input) {
+        prepare(input);
+        input.tree->UpdateDerivedTemporality();
+        input.tree->GetRoot()->SetTemporality(TemporalityTransient);
+    };
+    counts.push_back({"merge", form.name, getUnits, withCopy,
+                      [](Input& input) { Require(input.tree->GetRoot()->MergeWith(input.other->GetRoot(), false)); }});
+    counts.push_back(
+        {"update", form.name, getUnits, stale, [](Input& input) { input.tree->UpdateDerivedTemporality(); }});
+    counts.push_back({"clear", form.name, getUnits, prepare, [](Input& input) { input.tree->RemoveRoot(); }});
+    counts.push_back({"release", form.name, getUnits, prepare, [](Input& input) { input.tree.Reset(); }});
+}
+
+}  // namespace
+
+std::vector<Count> ListTreeCounts() {
+    std::vector<Count> counts;
+    const auto prepareNothing = [](Input&) {};
+    for (const Form& form : kForms) {
+        const auto fill = Filling(form.fill, form.size);
+        const auto getUnits = [fill] {
+            Input input;
+            fill(input);
+            return CountNodes(*input.tree);
+        };
+        counts.push_back({"build", form.name, getUnits, prepareNothing, fill});
+        if (form.fillTyped != nullptr) {
+            counts.push_back({"build-typed", form.name, getUnits, prepareNothing, Filling(form.fillTyped, form.size)});
+        }
+        ListLookupCounts(counts, form.name, fill);
+        ListCommonCounts(counts, form.name, fill, getUnits);
+        ListChanges(counts, form, getUnits);
+    }
+    return counts;
+}
