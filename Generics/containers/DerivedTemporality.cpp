@@ -5,6 +5,7 @@
 #include "core/ChildCursor.h"
 #include "core/DerivedTemporality.h"
 #include "core/FrameStack.h"
+#include "core/NextChild.h"
 
 namespace KivGenerics {
 namespace {
@@ -18,6 +19,7 @@ struct Asked {
     EnumOrvGenericsTemporality least = TemporalityTemporary;  // kept-on-purpose: empty-composite-is-temporary
     EnumOrvGenericsTemporality greatest = TemporalityReserved;
     bool isSettled = true;  // the vectors among the children hold what they would be pushed
+    bool isAllPersistent = true;  // everything below the composites among the children
 
     bool IsVector() const noexcept { return composite.GetType() == NodeTypeVector; }
 };
@@ -26,11 +28,12 @@ struct Asked {
 Composite* AskLeaves(Asked& asked) noexcept {
     EnumOrvGenericsTemporality least = asked.least;
     EnumOrvGenericsTemporality greatest = asked.greatest;
+    const int round = NodeAccess::GetTree(asked.composite)->GetRound();
     Node* const below = asked.children.FindNext([&](Node* child) {
         if (IsCompositeType(child->GetType())) {
             return true;
         }
-        const EnumOrvGenericsTemporality derived = NodeAccess::CalculateLeaf(*child);
+        const EnumOrvGenericsTemporality derived = NodeAccess::CalculateLeaf(*child, round);
         least = derived < least ? derived : least;
         greatest = greatest < derived ? derived : greatest;
         return false;
@@ -45,7 +48,9 @@ struct Answer {
     Composite& composite;
     EnumOrvGenericsTemporality derived;
     bool isVector;
+    bool isEmpty;
     bool isSettled;  // a vector whose elements, and those of the vectors among them, hold its value already
+    bool isAllPersistent;
 };
 
 Answer GetAnswer(const Asked& asked) noexcept {
@@ -53,13 +58,44 @@ Answer GetAnswer(const Asked& asked) noexcept {
     const EnumOrvGenericsTemporality derived = own == TemporalityDefault ? asked.least : own;
     const bool isEmpty = asked.greatest == TemporalityReserved && asked.least == TemporalityTemporary;
     const bool isOne = asked.least == derived && asked.greatest == derived;
-    return {asked.composite, derived, asked.IsVector(), asked.isSettled && (isEmpty || isOne)};
+    const bool isSettled = asked.isSettled && (isEmpty || isOne);
+    const bool isAllPersistent = derived == TemporalityPersistent && asked.isAllPersistent && (isEmpty || isOne);
+    return {asked.composite, derived, asked.IsVector(), isEmpty, isSettled, isAllPersistent};
 }
 
 void Add(Asked& asked, const Answer& answer) noexcept {
     asked.least = (std::min)(asked.least, answer.derived);
     asked.greatest = (std::max)(asked.greatest, answer.derived);
     asked.isSettled = asked.isSettled && (!answer.isVector || answer.isSettled);
+    asked.isAllPersistent = asked.isAllPersistent && answer.isAllPersistent;
+}
+
+/// Whether the composite is one of those that are temporary for having no children; the tree learns it, too.
+bool NoteWhetherEmpty(const Answer& answer) noexcept {
+    const bool isCounted = answer.isEmpty && answer.composite.GetTemporality() == TemporalityDefault;
+    if (isCounted) {
+        NodeAccess::NoteNoChild(answer.composite);
+    } else {
+        NodeAccess::ForgetEmpty(answer.composite);
+    }
+    return isCounted;
+}
+
+/// The node that comes behind `node` and everything below it.
+Node* GetBehind(Node* node) noexcept {
+    while (Composite* const parent = NodeAccess::GetParent(*node)) {
+        int position = node->GetIndex() + 1;
+        if (Node* const next = TakeNextChild(*parent, position)) {
+            return next;
+        }
+        node = parent;
+    }
+    return nullptr;
+}
+
+Node* GetFirstChild(Node& node) noexcept {
+    int position = 0;
+    return IsCompositeType(node.GetType()) ? TakeNextChild(static_cast<Composite&>(node), position) : nullptr;
 }
 
 }  // namespace
@@ -67,7 +103,7 @@ void Add(Asked& asked, const Answer& answer) noexcept {
 // kept-on-purpose: vector-pushes-temporality
 void PushTemporality(Vector& vector, EnumOrvGenericsTemporality t) {
     FrameStack<ChildCursor> vectors;
-    NodeAccess::SetDerived(vector, t);
+    NodeAccess::StoreDerived(vector, t);
     vectors.Push(vector);
     while (!vectors.IsEmpty()) {
         Node* const child = vectors.Top().Next();
@@ -75,7 +111,7 @@ void PushTemporality(Vector& vector, EnumOrvGenericsTemporality t) {
             vectors.Pop();
             continue;
         }
-        NodeAccess::SetDerived(*child, t);
+        NodeAccess::StoreDerived(*child, t);
         if (child->GetType() == NodeTypeVector) {
             vectors.Push(static_cast<Vector&>(*child));
         }
@@ -84,8 +120,9 @@ void PushTemporality(Vector& vector, EnumOrvGenericsTemporality t) {
 
 // Vectors right inside vectors are pushed to by the outermost alone: what it pushes reaches them all, and pushing once per
 // level would make nested vectors cost the square of their depth.
-EnumOrvGenericsTemporality CalculateTemporality(Composite& top) {
+TemporalitySummary CalculateTemporality(Composite& top) {
     FrameStack<Asked> path;
+    std::uint32_t emptyComposites = 0;
     path.Push(top);
     for (;;) {
         Asked& asked = path.Top();
@@ -94,16 +131,25 @@ EnumOrvGenericsTemporality CalculateTemporality(Composite& top) {
             continue;
         }
         const Answer answer = GetAnswer(asked);
-        NodeAccess::SetDerived(answer.composite, answer.derived);
+        NodeAccess::StoreDerived(answer.composite, answer.derived);
+        emptyComposites += NoteWhetherEmpty(answer) ? 1 : 0;
         path.Pop();
         const bool isPushedTo = !path.IsEmpty() && path.Top().IsVector();
         if (answer.isVector && !answer.isSettled && !isPushedTo) {
             PushTemporality(static_cast<Vector&>(answer.composite), answer.derived);
         }
         if (path.IsEmpty()) {
-            return answer.derived;
+            return {answer.derived, answer.isAllPersistent, emptyComposites};
         }
         Add(path.Top(), answer);
+    }
+}
+
+void RestampTemporality(Node& root) noexcept {
+    for (Node* node = &root; node != nullptr;) {
+        NodeAccess::Restamp(*node);
+        Node* const below = GetFirstChild(*node);
+        node = below != nullptr ? below : GetBehind(node);
     }
 }
 

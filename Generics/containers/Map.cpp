@@ -6,20 +6,15 @@
 #include "core/TreeImpl.h"
 
 namespace KivGenerics {
-namespace {
-
-constexpr std::uint32_t kGreatestIndex = 0x1FFFFFFF;
-
-}  // namespace
 
 void Map::CheckIndex(int index) {
-    if (static_cast<std::uint32_t>(index) > kGreatestIndex) {
+    if (index < 0 || index > kGreatestIndex) {
         Raise(Texts::IndexOutOfRange);
     }
 }
 
 Node* Map::GetFromOverflow(int index) const noexcept {
-    const MapOverflow* const overflow = MapChildren(*const_cast<Map*>(this)).overflow;
+    const Overflow* const overflow = GetOverflow();
     if (overflow == nullptr) {
         return nullptr;
     }

@@ -90,21 +90,30 @@ Node* GetNthInMap(const MapChildren& children, int n) {
 Node* NewNodeInMap(const MapChildren& children, int index, NodeType type, bool keepOld, SemanticTag tag,
                    std::size_t expected) {
     TreeImpl& tree = TreeOf(children);
+    const bool hasRoom = children.HasRoom(index);
     Node* const node = tree.CreateNode(type, &children.map, index, tag);
     if (node == nullptr) {
         return nullptr;
+    }
+    if (hasRoom) {
+        children.Put(index, node);
+        NodeAccess::MakePersistent(*node);
+        NodeAccess::ForgetEmpty(*node);
+        return node;
     }
     try {
         Node*& place = NeedPlace(children, index, expected);
         if (place != nullptr) {
             Displace(place, node, type, keepOld, tree);
         }
+        NodeAccess::NoteChild(children.map);
         place = node;
     } catch (const std::bad_alloc&) {
         tree.ReleaseNode(node);
         throw;
     }
     node->SetTemporality(TemporalityPersistent);
+    NodeAccess::ForgetEmpty(*node);
     return node;
 }
 
@@ -123,6 +132,8 @@ void InsertIntoMap(const MapChildren& children, int index, Node* node) {
         ForgetEmptyPlace(children, index);
         throw;
     }
+    NodeAccess::NoteChild(children.map);
+    NodeAccess::Thaw(*node);
     NeedPlace(children, index) = node;
     NodeAccess::Place(*node, &children.map, index);
 }
@@ -142,6 +153,9 @@ Node* DetachFromMap(const MapChildren& children, int index) {
         Raise(Texts::NothingToRemove);
     }
     NodeAccess::Place(*node, nullptr, -1);
+    if (children.map.IsEmpty()) {
+        NodeAccess::NoteNoChild(children.map);
+    }
     return node;
 }
 

@@ -49,7 +49,7 @@ protected:
 public:
     EnumOrvGenericsTemporality CalculateDerivedTemporality() override {
         NodeAccess::GetTree(*this)->NoteOwnDerived();
-        return CalculateTemporality(*this);
+        return CalculateTemporality(*this).derived;
     }
     int GetSize(EnumOrvGenericsTemporality t) override { return GetMapSize(Access(), t); }
     bool IsEmpty() const override;

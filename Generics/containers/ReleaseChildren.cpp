@@ -24,7 +24,7 @@ void ForgetChildren(Composite& composite) noexcept {
 
 void ResetFields(Composite& composite) noexcept {
     NodeAccess::Place(composite, nullptr, -1);
-    NodeAccess::SetTemporality(composite, TemporalityDefault);
+    NodeAccess::ResetTemporality(composite);
 }
 
 /// Begins the release of a composite below another: what Reset does before the children go.
@@ -60,6 +60,7 @@ void ReleaseChildren(Composite& top) {
         }
         ForgetChildren(*current);
         if (current == &top) {
+            NodeAccess::NoteNoChild(top);
             return;
         }
         Composite* const above = NodeAccess::GetParent(*current);

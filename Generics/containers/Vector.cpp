@@ -53,6 +53,8 @@ void Vector::Renumber(std::size_t from) noexcept {
 }
 
 void Vector::hInsertNode(int index, Node* node) {
+    NoteChild();
+    NodeAccess::Thaw(*node);
     children_.insert(children_.begin() + index, node);
     node->parent_ = this;
     Renumber(static_cast<std::size_t>(index));
@@ -71,6 +73,7 @@ Node* Vector::NewNode(int index, NodeType type, bool keepOld, SemanticTag tag) {
         return nullptr;
     }
     if (append) {
+        NoteChild();
         children_.push_back(node);
     } else if (keepOld) {
         if (!IsCompositeType(type)) {
@@ -85,6 +88,7 @@ Node* Vector::NewNode(int index, NodeType type, bool keepOld, SemanticTag tag) {
         place = node;
     }
     node->SetTemporality(TemporalityPersistent);
+    NodeAccess::ForgetEmpty(*node);
     return node;
 }
 
@@ -97,6 +101,7 @@ Node* Vector::Add(NodeType type, SemanticTag tag) {
     NeedRoom();
     Node* const node = NodeAccess::GetTree(*this)->CreateNode(type, this, static_cast<int>(children_.size()), tag);
     if (node != nullptr) {
+        NoteChild();
         children_.push_back(node);
     }
     return node;
@@ -133,6 +138,7 @@ Node* Vector::InsertCopy(int index, Node* source) {
 // kept-on-purpose: insert-node-keeps-parent
 void Vector::InsertNode(int index, Node* node) {
     CheckReadOnly();
+    NodeAccess::GetTree(*this)->NoteStray();
     CheckIndex(index);
     CheckAncestor(node);
     hInsertNode(index, node);
@@ -175,6 +181,9 @@ Node* Vector::hDetach(int index) {
     children_.erase(children_.begin() + index);
     Renumber(static_cast<std::size_t>(index));
     NodeAccess::Place(*node, nullptr, -1);
+    if (children_.empty()) {
+        NodeAccess::NoteNoChild(*this);
+    }
     return node;
 }
 
@@ -185,7 +194,7 @@ void Vector::Clear() {
 
 EnumOrvGenericsTemporality Vector::CalculateDerivedTemporality() {
     NodeAccess::GetTree(*this)->NoteOwnDerived();
-    return CalculateTemporality(*this);
+    return CalculateTemporality(*this).derived;
 }
 
 void Vector::SetDerivedTemporality(EnumOrvGenericsTemporality t) {

@@ -4,6 +4,7 @@
 
 #include "core/MapChildren.h"
 #include "core/NodeAccess.h"
+#include "core/Prefetch.h"
 
 namespace KivGenerics {
 
@@ -43,6 +44,29 @@ public:
         } while (TakeRun());
         return nullptr;
     }
+
+    /// Calls `use(left, right)` for the children of both in step, as long as `isMeant` answers true for both, until it answers
+    /// something other than 0, which is the answer then. The first pair that is not meant is not taken.
+    template <class IsMeant, class Use>
+    static int ForEachPair(ChildCursor& left, ChildCursor& right, IsMeant isMeant, Use use) {
+        Node* const* mine = left.next_;
+        Node* const* theirs = right.next_;
+        int answer = 0;
+        while (answer == 0 && mine != left.end_ && theirs != right.end_ && isMeant(*mine) && isMeant(*theirs)) {
+            PrefetchBehind(*mine);
+            PrefetchBehind(*theirs);
+            answer = use(*mine++, *theirs++);
+        }
+        left.next_ = mine;
+        right.next_ = theirs;
+        return answer;
+    }
+
+    /// The children that lie side by side, from the one that was taken last to GetRunEnd, of which those before GoOnAt count as
+    /// taken then.
+    Node* const* GetTaken() const noexcept { return next_ - 1; }
+    Node* const* GetRunEnd() const noexcept { return end_; }
+    void GoOnAt(Node* const* next) noexcept { next_ = next; }
 
 private:
     bool TakeRun() noexcept {

@@ -1,13 +1,25 @@
 #pragma once
 
+#include <cstdint>
+
 #include <KivGenerics/Vector.h>
 
 namespace KivGenerics {
 
-/// Calculates, stores and returns the derived temporality of a composite and everything below it, however deep.
-EnumOrvGenericsTemporality CalculateTemporality(Composite& top);
+/// What came of a calculation.
+struct TemporalitySummary {
+    EnumOrvGenericsTemporality derived;  ///< of the composite itself
+    bool isAllPersistent;  ///< its derived temporality and all those below it are TemporalityPersistent
+    std::uint32_t emptyComposites;  ///< that are temporary for having no children
+};
+
+/// Calculates and stores the derived temporality of a composite and everything below it, however deep.
+TemporalitySummary CalculateTemporality(Composite& top);
 
 /// Gives a vector and its elements this derived temporality, and so on in the vectors among them.
 void PushTemporality(Vector& vector, EnumOrvGenericsTemporality t);
+
+/// Stores the derived temporalities of a tree again, as they are, as of its present round. Needs no memory.
+void RestampTemporality(Node& root) noexcept;
 
 }  // namespace KivGenerics

@@ -1,17 +1,15 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 
 #include <KivGenerics/Map.h>
-#include <KivGenerics/SortedChunks.h>
 
 #include "core/NodeAccess.h"
 
 namespace KivGenerics {
 
 /// Children at indexes beyond the fixed slots, in ascending order, in the forest's memory.
-using MapOverflow = SortedChunks<int, std::less<int>, Node*>;
+using MapOverflow = NodeAccess::MapOverflow;
 
 /// The children of a map whatever its number of slots: what the sixteen classes hand to the operations that they share.
 struct MapChildren {
@@ -27,6 +25,11 @@ struct MapChildren {
           overflow(*reinterpret_cast<MapOverflow**>(slots + slotCount)) {}
 
     bool IsSlot(int index) const noexcept { return 0 <= index && index < slotCount; }
+
+    /// True when Put will do for a child at `index`: nothing stands there, and its place needs no memory.
+    bool HasRoom(int index) const noexcept { return NodeAccess::HasRoom(map, index); }
+    /// Places a child at `index`, where HasRoom.
+    void Put(int index, Node* child) const noexcept { NodeAccess::Put(map, index, child); }
 
     /// Calls `use(child)` for every child in index order until it answers false; false then.
     template <class Use>

@@ -30,8 +30,7 @@ SemanticTag Node::GetSemanticTag() const {
 
 EnumOrvGenericsTemporality Node::CalculateDerivedTemporality() {
     tree_->NoteOwnDerived();
-    derivedTemporality_ = temporality_ == TemporalityDefault ? std::int8_t{TemporalityPersistent} : temporality_;
-    return StoredDerived();
+    return NodeAccess::CalculateLeaf(*this);
 }
 
 // The greatest value on the way to the root. Calculating an ancestor may change what stands below it, since a vector
@@ -40,8 +39,7 @@ EnumOrvGenericsTemporality Node::CalculateDerivedTemporality() {
 EnumOrvGenericsTemporality Node::GetDerivedTemporality() {
     Node* last = this;
     for (;;) {
-        last->DerivedValue();
-        if (last->parent_ == nullptr || last->derivedTemporality_ == TemporalityTemporary) {
+        if (last->DerivedValue() == TemporalityTemporary || last->parent_ == nullptr) {
             break;
         }
         last = last->parent_;
@@ -55,7 +53,7 @@ EnumOrvGenericsTemporality Node::GetDerivedTemporality() {
 }
 
 void Node::SetDerivedTemporality(EnumOrvGenericsTemporality t) {
-    derivedTemporality_ = static_cast<std::int8_t>(t);
+    NodeAccess::SetDerived(*this, t);
 }
 
 void Node::Remove() {
@@ -76,6 +74,7 @@ void Node::Remove() {
 
 Node* Node::Detach() {
     tree_->CheckReadOnly();
+    tree_->NoteStray();
     return parent_ != nullptr ? parent_->hDetach(index_) : this;
 }
 
@@ -83,8 +82,7 @@ void Node::Reset() {
     Clear();
     parent_ = nullptr;
     index_ = -1;
-    temporality_ = TemporalityDefault;
-    derivedTemporality_ = TemporalityDefault;
+    NodeAccess::ResetTemporality(*this);
 }
 
 std::int32_t Node::WriteToArchive(KivCOMShared::COrvWriteArchive*, bool, int) {

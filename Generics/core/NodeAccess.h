@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <new>
 
 #include <KivGenerics/Map.h>
 #include <KivGenerics/Node.h>
@@ -15,6 +16,10 @@ struct NodeAccess {
     static TreeImpl* GetTree(const Node& node) noexcept { return static_cast<TreeImpl*>(node.tree_); }
     static Composite* GetParent(const Node& node) noexcept { return node.parent_; }
 
+    template <class T>
+    static T* Construct(void* place, TreeImpl& tree, Composite* parent, int index) noexcept {
+        return ::new (place) T(&tree, parent, index);
+    }
     static void Reset(Node& node) { node.Reset(); }
     static void SetTag(Map& map, SemanticTag tag) noexcept { map.tag_ = tag; }
     /// What a scalar leaf holds.
@@ -33,9 +38,8 @@ struct NodeAccess {
     /// a host's buffer answers null.
     template <class T, class List>
     static T* Append(List& vector) {
-        if (vector.children_.size() == vector.children_.capacity()) {
-            vector.MakeRoom();
-        }
+        vector.NeedRoom();
+        vector.NoteChild();
         T* const node = GetTree(vector)->template Create<T>(&vector, static_cast<int>(vector.children_.size()));
         if (node != nullptr) {
             vector.children_.push_back(node);
@@ -54,9 +58,43 @@ struct NodeAccess {
     }
 
     /// Sets the own temporality without the guard; the derived one is to be calculated.
-    static void SetTemporality(Node& node, EnumOrvGenericsTemporality t) noexcept {
-        node.temporality_ = static_cast<std::int8_t>(t);
-        node.derivedTemporality_ = TemporalityDefault;
+    static void SetTemporality(Node& node, EnumOrvGenericsTemporality t) noexcept { node.TakeTemporality(t); }
+    /// The same for a node that is new.
+    static void SetTemporalityOfNew(Node& node, EnumOrvGenericsTemporality t) noexcept { node.TakeWhenNew(t); }
+    static void MakePersistent(Node& node) { node.MakePersistent(); }
+    /// The temporality of a node that leaves the tree, which does not ask for its children any more.
+    static void ResetTemporality(Node& node) noexcept {
+        node.temporality_ = TemporalityDefault;
+        node.StoreDerived(TemporalityDefault);
+        ForgetEmpty(node);
+    }
+    /// The composite, which may be new, needs no children in order not to be temporary, or is about to get some.
+    static void ForgetEmpty(Node& node) noexcept {
+        if ((node.derivedAt_ & Node::kEmptyBit) != 0 && !IsFrozen(node)) {
+            node.derivedAt_ = node.GetDerivedRound();
+            node.tree_->UncountEmpty();
+        }
+    }
+    static void NoteChild(Composite& composite) noexcept { composite.NoteChild(); }
+    /// A composite has lost its last child.
+    static void NoteNoChild(Composite& composite) noexcept {
+        if (composite.temporality_ == TemporalityDefault) {
+            composite.NoteEmpty();
+        }
+    }
+    /// The derived temporality of a node that no longer stands in its tree stays as it is, whatever becomes of the tree.
+    static void Freeze(Node& node) noexcept {
+        ForgetEmpty(node);
+        node.derivedTemporality_ = node.StoredDerived();
+        node.derivedAt_ = IsCompositeType(node.GetType()) ? Node::kFrozen | Node::kEmptyBit : Node::kFrozen;
+    }
+    static bool IsFrozen(const Node& node) noexcept { return node.GetDerivedRound() == Node::kFrozen; }
+    /// A node without a parent comes into its tree.
+    static void Thaw(Node& node) noexcept {
+        if (IsFrozen(node)) {
+            node.derivedAt_ = node.tree_->GetRound();
+            node.NoteTaken(node.temporality_);
+        }
     }
     /// The derived temporality as it is stored.
     static EnumOrvGenericsTemporality GetStoredDerived(const Node& node) noexcept { return node.StoredDerived(); }
@@ -64,23 +102,48 @@ struct NodeAccess {
     static EnumOrvGenericsTemporality GetDerived(Node& node) { return node.DerivedValue(); }
     /// The same for a leaf.
     static EnumOrvGenericsTemporality GetDerivedOfLeaf(Node& leaf) noexcept {
-        return leaf.derivedTemporality_ == TemporalityDefault ? CalculateLeaf(leaf) : leaf.StoredDerived();
+        const EnumOrvGenericsTemporality stored = leaf.StoredDerived();
+        return stored == TemporalityDefault ? CalculateLeaf(leaf) : stored;
     }
-    /// Node::CalculateDerivedTemporality, which no leaf overrides.
+    /// Node::CalculateDerivedTemporality, which no leaf overrides, as part of a whole calculation.
     static EnumOrvGenericsTemporality CalculateLeaf(Node& leaf) noexcept {
-        leaf.derivedTemporality_ =
-            leaf.temporality_ == TemporalityDefault ? std::int8_t{TemporalityPersistent} : leaf.temporality_;
-        return leaf.StoredDerived();
+        const EnumOrvGenericsTemporality derived = GetOwnOfLeaf(leaf);
+        leaf.StoreDerived(derived);
+        return derived;
+    }
+    /// The same for a leaf that stands in its tree, where `round` is the present one.
+    static EnumOrvGenericsTemporality CalculateLeaf(Node& leaf, int round) noexcept {
+        const EnumOrvGenericsTemporality derived = GetOwnOfLeaf(leaf);
+        leaf.derivedTemporality_ = derived;
+        leaf.derivedAt_ = round;
+        return derived;
+    }
+    static EnumOrvGenericsTemporality GetOwnOfLeaf(const Node& leaf) noexcept {
+        const EnumOrvGenericsTemporality own = leaf.GetTemporality();
+        return own == TemporalityDefault ? TemporalityPersistent : own;
     }
     static void SetDerived(Node& node, EnumOrvGenericsTemporality t) noexcept {
-        node.derivedTemporality_ = static_cast<std::int8_t>(t);
+        node.tree_->NoteOwnDerived();
+        StoreDerived(node, t);
     }
+    static void Restamp(Node& node) noexcept {
+        node.derivedAt_ = (node.derivedAt_ & Node::kEmptyBit) | node.tree_->GetRound();
+    }
+    /// SetDerived as part of a whole calculation.
+    static void StoreDerived(Node& node, EnumOrvGenericsTemporality t) noexcept { node.StoreDerived(t); }
 
     /// The iteration flags that make a node of this temporality visible; none outside 0 to 4.
     // kept-on-purpose: temporality-out-of-range
     static std::uint32_t GetSeeBits(EnumOrvGenericsTemporality t) noexcept {
         const auto row = static_cast<std::uint32_t>(t);
         return row <= TemporalityTemporary ? Node::gcSeeTemporalityBits[row] : 0;
+    }
+    /// The temporalities that these flags make visible, as bits by their numbers: the upper four flags by own temporality, the
+    /// three below them up to one.
+    static std::uint32_t GetSeenTemporalities(int flags) noexcept {
+        const std::uint32_t own = static_cast<std::uint32_t>(flags) >> 28;
+        const std::uint32_t upTo = static_cast<std::uint32_t>(flags) >> 24 & 7U;
+        return (own | (upTo & 1U) | upTo << 1) << 1;
     }
     static bool Sees(int flags, EnumOrvGenericsTemporality t) noexcept {
         return (GetSeeBits(t) & static_cast<std::uint32_t>(flags)) != 0;
@@ -91,6 +154,9 @@ struct NodeAccess {
     }
     static Node** GetSlots(Map& map) noexcept { return const_cast<Node**>(map.GetSlots()); }
     static int GetSlotCount(const Map& map) noexcept { return map.slotCount_; }
+    using MapOverflow = Map::Overflow;
+    static bool HasRoom(const Map& map, int index) noexcept { return map.HasRoom(index); }
+    static void Put(Map& map, int index, Node* child) noexcept { map.Put(index, child); }
 
     static VisitCode IterateInner(Node& node, Visitor* visitor, SemanticTag tag, int flags) {
         return node.IterateInner(visitor, tag, flags);

@@ -26,6 +26,8 @@ void TreeImpl::Adopt(Node& node, Composite* parent, int index) noexcept {
     node.tree_ = this;
     node.temporality_ = TemporalityDefault;
     node.derivedTemporality_ = TemporalityDefault;
+    node.derivedAt_ = round_;
+    node.NoteTaken(TemporalityDefault);
     NodeAccess::Place(node, parent, index);
 }
 

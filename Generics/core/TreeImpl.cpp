@@ -4,6 +4,7 @@
 
 #include <KivGenerics/VisitorNode.h>
 
+#include "core/DerivedTemporality.h"
 #include "core/NodeAccess.h"
 #include "core/Raise.h"
 #include "core/Texts.h"
@@ -110,7 +111,12 @@ void TreeImpl::RemoveRoot() {
     CheckReadOnly();
     if (root_ != nullptr) {
         root_->Clear();
+        NodeAccess::Freeze(*root_);
         root_ = nullptr;
+        if (!hasStrays_) {
+            isVaried_ = false;
+            emptyComposites_ = 0;
+        }
     }
 }
 
@@ -132,6 +138,8 @@ void TreeImpl::SetRoot(Node* node) {
     // Detached first, so that a new root from inside the old one survives the clearing of what it came from.
     Node* const root = DetachFromParent(node);
     RemoveRoot();
+    NodeAccess::Thaw(*root);
+    NoteVaried();  // what came with it is not known
     root_ = root;
 }
 
@@ -148,6 +156,7 @@ Node* TreeImpl::NewRoot(NodeType type, bool keepOld, SemanticTag tag) {
         static_cast<Composite*>(root)->Move(0, root_);
     } else if (root_ != nullptr) {
         root_->Clear();
+        NodeAccess::Freeze(*root_);
     }
     root_ = root;
     return root;
@@ -208,10 +217,32 @@ Node* TreeImpl::FindNodeByKey(const KivBase::WString& key) const {
 }
 
 void TreeImpl::UpdateDerivedTemporality() {
-    if (root_ != nullptr && temporalityStale_) {
-        root_->CalculateDerivedTemporality();
-        temporalityStale_ = false;
-        temporalityUpdated_ = true;
+    if (root_ == nullptr || !temporalityStale_) {
+        return;
+    }
+    if (!isVaried_ && !hasStrays_ && emptyComposites_ == 0 && round_ < kLastRound) {
+        ++round_;
+        isAllPersistent_ = true;
+    } else {
+        CalculateAll();
+    }
+    temporalityStale_ = false;
+    temporalityUpdated_ = true;
+}
+
+void TreeImpl::CalculateAll() {
+    if (!IsCompositeType(root_->GetType())) {
+        isAllPersistent_ = root_->CalculateDerivedTemporality() == TemporalityPersistent;
+        isVaried_ = !isAllPersistent_;
+        return;
+    }
+    const TemporalitySummary summary = CalculateTemporality(*static_cast<Composite*>(root_));
+    isAllPersistent_ = summary.isAllPersistent;
+    isVaried_ = !summary.isAllPersistent;
+    emptyComposites_ = summary.emptyComposites;
+    if (round_ == kLastRound && !hasStrays_) {
+        round_ = 1;
+        RestampTemporality(*root_);
     }
 }
 

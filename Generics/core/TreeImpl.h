@@ -65,6 +65,12 @@ public:
                                                           : Construct<T>(parent, index);
         }
     }
+    /// True when nodes of a plain kind come straight from the buffer: the tree is not read-only, and none waits to be reused.
+    template <class T>
+    bool MayTake() const noexcept {
+        static_assert(IsPlain<T>);
+        return !readOnly_ && waiting_[T::StaticType - 1] == nullptr;
+    }
     /// The last step of CreateNode for one kind.
     template <class T>
     static Node* Make(TreeImpl& tree, Composite* parent, int index);
@@ -83,6 +89,8 @@ public:
     /// True while every derived temporality below the root is what UpdateDerivedTemporality made it: all children of a vector
     /// have that of the vector.
     bool HasUpdatedTemporality() const noexcept { return temporalityUpdated_ && !temporalityStale_; }
+    /// True while every derived temporality below the root is TemporalityPersistent, and nothing else may stand there.
+    bool IsAllPersistent() const noexcept { return isAllPersistent_ && !hasStrays_ && HasUpdatedTemporality(); }
     ForestImpl* GetForest() const noexcept { return forest_; }
     KivBase::Buffer* GetBuffer() const noexcept { return buffer_; }
 
@@ -94,6 +102,7 @@ private:
     T* Construct(Composite* parent, int index);
     void Adopt(Node& node, Composite* parent, int index) noexcept;
     void UseForest() noexcept;
+    void CalculateAll();
     Node* CreateMap(Composite* parent, int index, SemanticTag tag);
     std::int32_t Save(const ArchiveWriter& out, bool withTransient, int slotFlags);
     std::int32_t Load(ArchiveDecoder& decoder);

@@ -86,6 +86,14 @@ public:
         const std::uint64_t mask = (std::uint64_t{1} << (8 * count)) - 1;
         return static_cast<std::uint32_t>(bytes_ >> (8 * left_) & mask);
     }
+    /// GetBytes(1).
+    std::uint32_t GetByte() {
+        if (!NeedBytes(1)) {
+            return 0;
+        }
+        --left_;
+        return static_cast<std::uint8_t>(bytes_ >> (8 * left_));
+    }
     /// The next byte, which stays untaken.
     std::uint32_t PeekByte() {
         return NeedBytes(1) ? static_cast<std::uint32_t>(bytes_ >> (8 * (left_ - 1)) & 0xFF) : 0;
@@ -126,6 +134,15 @@ public:
         /// Throws std::bad_alloc.
         void Add(std::int32_t index, std::uint32_t typeCode) { keys_.emplace_back(index, typeCode); }
         SlotKey Get(std::size_t i) const noexcept { return keys_[first_ + i]; }
+        /// How many keys from `i` on have the same type code and indexes in ascending order.
+        std::size_t CountAlike(std::size_t i) const noexcept {
+            std::size_t end = first_ + i + 1;
+            while (end < keys_.size() && keys_[end].typeCode == keys_[end - 1].typeCode &&
+                   keys_[end].index > keys_[end - 1].index) {
+                ++end;
+            }
+            return end - first_ - i;
+        }
 
     private:
         std::vector<SlotKey>& keys_;

@@ -43,6 +43,8 @@ public:
     std::int32_t EndObject() const { return own_ != nullptr ? own_->EndObject() : archive_->EndObject(); }
 
     KivCOMShared::COrvWriteArchive* GetArchive() const noexcept { return archive_; }
+    /// True where everything below the root is known, without a look at it, to be persistent.
+    bool IsAllPersistent() const noexcept { return tree_ != nullptr && tree_->IsAllPersistent(); }
     /// True where the children of a vector are known, without a look at them, to have its derived temporality.
     bool AreVectorsUniform() const noexcept { return tree_ != nullptr && tree_->HasUpdatedTemporality(); }
 

@@ -31,13 +31,14 @@ inline std::uint16_t GetObjectTag(const Node& composite, int kind) noexcept {
     return static_cast<std::uint16_t>(temporality << kTemporalityShift | static_cast<std::uint32_t>(kind));
 }
 
-/// 0 for a composite, which has an object of its own. Two bits of temporality fit: 4 becomes 0.
+/// Two bits of temporality fit: 4 becomes 0.
 // kept-on-purpose: typebyte-two-bits
+inline std::uint32_t GetTypeByteOfLeaf(const Node& leaf) noexcept {
+    return static_cast<std::uint32_t>(leaf.GetType() | (leaf.GetTemporality() & 3) << kTypeByteTemporalityShift);
+}
+/// 0 for a composite, which has an object of its own.
 inline std::uint32_t GetTypeByte(const Node& node) noexcept {
-    if (IsCompositeType(node.GetType())) {
-        return 0;
-    }
-    return static_cast<std::uint32_t>(node.GetType() | (node.GetTemporality() & 3) << kTypeByteTemporalityShift);
+    return IsCompositeType(node.GetType()) ? 0 : GetTypeByteOfLeaf(node);
 }
 
 /// The most transient derived temporality that is written.

@@ -55,18 +55,25 @@ inline std::int32_t ReadNode(Node& node, ArchiveDecoder& decoder, bool longCount
     return node.ReadFromArchive(decoder, longCount);
 }
 
+/// Reads the content of a scalar or vector, of a kind known when compiling.
+template <class T>
+std::int32_t ReadValue(T& node, ArchiveDecoder& decoder, bool longCount) {
+    if constexpr (IsCompositeType(T::StaticType)) {
+        return node.ReadFromArchive(decoder, longCount);
+    } else {
+        return ReadValue(node, decoder);
+    }
+}
+
 /// Reads a new scalar or vector, of a kind known when compiling; null where there was no memory for it.
 template <class T>
 std::int32_t ReadNew(T* node, EnumOrvGenericsTemporality temporality, ArchiveDecoder& decoder, bool longCount) {
     if (node == nullptr) {
         return ResultOutOfMemory;
     }
-    node->SetTemporality(temporality);
-    if constexpr (IsCompositeType(T::StaticType)) {
-        return node->ReadFromArchive(decoder, longCount);
-    } else {
-        return ReadValue(*node, decoder);
-    }
+    NodeAccess::GetTree(*node)->CheckReadOnly();
+    NodeAccess::SetTemporalityOfNew(*node, temporality);
+    return ReadValue(*node, decoder, longCount);
 }
 
 /// Reads the semantic tag of a map, makes the child with `make(type, tag)`, gives it its temporality and reads it.
@@ -84,7 +91,8 @@ std::int32_t ReadChild(ArchiveDecoder& decoder, NodeType type, EnumOrvGenericsTe
     if (child == nullptr) {
         return ResultOutOfMemory;
     }
-    child->SetTemporality(temporality);
+    NodeAccess::GetTree(*child)->CheckReadOnly();
+    NodeAccess::SetTemporalityOfNew(*child, temporality);
     return ReadNode(*child, decoder, longCount);
 }
 

@@ -1,8 +1,13 @@
 // How vectors are written, read and sized.
 
+#include <algorithm>
+#include <cstddef>
+
 #include <KivCOMShared/COrvSizeArchive.h>
 #include <KivGenerics/Vector.h>
 
+#include "core/LeafRun.h"
+#include "core/Prefetch.h"
 #include "persistence/BytePacker.h"
 #include "persistence/ReadChild.h"
 #include "persistence/WriteNode.h"
@@ -36,6 +41,7 @@ public:
     std::int32_t ForEach(Write write) const {
         const bool areAllWritten = withTransient_ || GetDerivedOfAll() <= TemporalityPersistent;
         for (Node* const element : NodeAccess::GetChildren(vector_)) {
+            PrefetchBehind(element);
             const bool isWritten = out_.AreVectorsUniform() ? areAllWritten : IsWritten(*element, withTransient_);
             const std::int32_t result = isWritten ? write(*element) : ResultSuccess;
             if (result < 0) {
@@ -85,17 +91,40 @@ bool MayAppend(const Vector& vector, NodeType type) {
     return vector.IsEmpty() || vector.GetNV(0)->GetType() == type;
 }
 
+/// Reads leaves into the room that the vector and the present block have, at most `count`, which is less by those made then.
+template <class Leaf>
+std::int32_t ReadRun(Vector& vector, ArchiveDecoder& decoder, std::uint32_t& count,
+                     EnumOrvGenericsTemporality temporality) {
+    TreeImpl& tree = *NodeAccess::GetTree(vector);
+    auto& elements = NodeAccess::GetChildren(vector);
+    const std::size_t room = (std::min)(elements.capacity() - elements.size(), LeafRun<Leaf>::Count(tree));
+    const std::size_t most = (std::min)(room, std::size_t{count});
+    constexpr std::uint32_t kChanges = 2;  // being made, and its temporality
+    LeafRun<Leaf> run(tree, &vector, most, kChanges);
+    std::int32_t result = ResultSuccess;
+    for (std::size_t i = 0; result >= 0 && i < most; ++i) {
+        Leaf* const leaf = run.Make(static_cast<int>(elements.size()));
+        elements.push_back(leaf);
+        NodeAccess::SetTemporalityOfNew(*leaf, temporality);
+        result = ReadValue(*leaf, decoder);
+        --count;
+    }
+    return result;
+}
+
 /// Reads leaves of one class into a vector that holds nothing else. They are appended as they come: the count only counts.
 template <class Leaf>
 std::int32_t ReadLeaves(Vector& vector, ArchiveDecoder& decoder, std::uint32_t count,
                         EnumOrvGenericsTemporality temporality) {
-    for (std::uint32_t i = 0; i < count; ++i) {
-        const std::int32_t result = ReadNew(NodeAccess::Append<Leaf>(vector), temporality, decoder, false);
-        if (result < 0) {
-            return result;
+    std::int32_t result = ResultSuccess;
+    while (result >= 0 && count > 0) {
+        result = ReadNew(NodeAccess::Append<Leaf>(vector), temporality, decoder, false);
+        --count;
+        if constexpr (TreeImpl::IsPlain<Leaf>) {
+            result = result >= 0 ? ReadRun<Leaf>(vector, decoder, count, temporality) : result;
         }
     }
-    return ResultSuccess;
+    return result < 0 ? result : ResultSuccess;
 }
 
 std::int32_t ReadNodes(Vector& vector, ArchiveDecoder& decoder, std::uint32_t count, const LeafKind& kind) {

@@ -42,6 +42,9 @@ bool Node::MergeWithChecks(Node* other, bool) {
     }
     const bool agreed = temporality_ == TemporalityDefault;
     temporality_ = other->temporality_;
+    if (temporality_ != TemporalityPersistent) {
+        tree_->NoteVaried();
+    }
     return agreed;
 }
 

@@ -8,10 +8,12 @@
 #include <KivGenerics/GlobalID.h>
 #include <KivGenerics/Integer.h>
 #include <KivGenerics/Integer64.h>
+#include <KivGenerics/String.h>
 
 #include "core/ChildCursor.h"
 #include "core/FrameStack.h"
 #include "core/Raise.h"
+#include "core/TextOrder.h"
 #include "core/Texts.h"
 #include "traversal/CompositeWalk.h"
 #include "traversal/MapCompareVisitor.h"
@@ -31,8 +33,6 @@ int GetSeenFlags(EnumOrvGenericsTemporality t) noexcept {
                : (t == TemporalityTransient ? IterateUpToPersistent | IterateUpToTransient : kUpToBits);
 }
 
-using Elements = std::vector<Node*, KivBase::Allocator<Node*>>;
-
 /// Two composites that are being compared.
 struct Compared {
     Compared(Composite& myComposite, Composite& theirComposite) noexcept
@@ -40,27 +40,34 @@ struct Compared {
 
     Composite& mine;
     Composite& theirs;
-    ChildCursor myChildren;  // of maps
+    ChildCursor myChildren;
     ChildCursor theirChildren;
-    std::size_t myNext = 0;  // of vectors
-    std::size_t theirNext = 0;
 };
 
 /// Two leaves of the same kind, both counted.
 template <class T>
-int CompareValues(Node& mine, Node& theirs) {
-    const auto& left = NodeAccess::GetValue(static_cast<T&>(mine));
-    const auto& right = NodeAccess::GetValue(static_cast<T&>(theirs));
-    return left < right ? -1 : (right < left ? 1 : 0);
+int CompareValues(const T& mine, const T& theirs) {
+    const auto& left = NodeAccess::GetValue(mine);
+    const auto& right = NodeAccess::GetValue(theirs);
+    if constexpr (T::StaticType == NodeTypeGlobalID) {
+        return KivBase::CompareGUID(left, right);
+    } else if constexpr (T::StaticType == NodeTypeString) {
+        return CompareTexts(left, right.c_str());
+    } else {
+        return left < right ? -1 : (right < left ? 1 : 0);
+    }
 }
 
 /// The nodes on the way down. Every step answers what decides: 0 as long as nothing does.
+///
+/// Where kCountsAll, both trees are known to be persistent throughout, and that is counted: no temporality is looked at.
+template <bool kCountsAll>
 class Comparer {
 public:
     explicit Comparer(EnumOrvGenericsTemporality t) noexcept : t_(t), seen_(GetSeenFlags(t)) {}
 
-    int Run(Composite& mine, Node* theirs, bool recalc) {
-        int order = Begin(mine, theirs, recalc);
+    int Run(Composite& mine, Node* theirs) {
+        int order = Begin(mine, theirs);
         while (order == 0 && !path_.IsEmpty()) {
             Compared& compared = path_.Top();
             order = compared.mine.GetType() == NodeTypeVector ? GoOnInVector(compared) : GoOnInMap(compared);
@@ -70,15 +77,19 @@ public:
 
 private:
     bool IsCounted(Node& node) const {
-        return (IsCompositeType(node.GetType()) ? NodeAccess::GetDerived(node) : NodeAccess::GetDerivedOfLeaf(node)) <=
-               t_;
+        if constexpr (kCountsAll) {
+            return true;
+        } else {
+            return (IsCompositeType(node.GetType()) ? NodeAccess::GetDerived(node)
+                                                    : NodeAccess::GetDerivedOfLeaf(node)) <= t_;
+        }
     }
-    int Begin(Composite& mine, Node* other, bool recalc) {
+    int Begin(Composite& mine, Node* other) {
         if (other == nullptr) {
             Raise(Texts::NullCompare);
         }
-        if (recalc || other->GetType() != mine.GetType() || GetTag(*other) != GetTag(mine)) {
-            const int order = mine.Node::Compare(other, t_, recalc);
+        if (other->GetType() != mine.GetType() || GetTag(*other) != GetTag(mine)) {
+            const int order = mine.Node::Compare(other, t_, false);
             if (order != 0) {
                 return order;
             }
@@ -89,7 +100,7 @@ private:
         auto* const theirs = static_cast<Composite*>(other);
         const int sizes = GetSize(mine) - GetSize(*theirs);
         // Their map is walked over, and a walk does not enter what is outside its temporalities.
-        if (sizes == 0 && (mine.GetType() == NodeTypeVector || MayEnter(*theirs, seen_))) {
+        if (sizes == 0 && (kCountsAll || mine.GetType() == NodeTypeVector || MayEnter(*theirs, seen_))) {
             path_.Push(mine, *theirs);
         }
         return sizes;
@@ -101,73 +112,59 @@ private:
     }
 
     int GetSize(Composite& composite) const {
-        return composite.GetType() == NodeTypeVector ? static_cast<Vector&>(composite).GetSize(t_)
-                                                     : GetMapSize(MapChildren(static_cast<Map&>(composite)), t_);
+        const EnumOrvGenericsTemporality t = kCountsAll ? TemporalityTemporary : t_;
+        if (composite.GetType() == NodeTypeMap) {
+            return GetMapSize(MapChildren(static_cast<Map&>(composite)), t);
+        }
+        auto& vector = static_cast<Vector&>(composite);
+        return kCountsAll ? static_cast<int>(NodeAccess::GetChildren(vector).size()) : vector.GetSize(t);
     }
 
     Node* TakeCounted(ChildCursor& children) const {
-        Node* child = children.Next();
-        while (child != nullptr && !IsCounted(*child)) {
-            child = children.Next();
-        }
-        return child;
-    }
-
-    Node* TakeMyElement(const Elements& elements, std::size_t& next) const {
-        while (next < elements.size()) {
-            Node* const mine = elements[next++];
-            if (IsCounted(*mine)) {
-                return mine;
-            }
-        }
-        return nullptr;
+        return children.FindNext([this](Node* child) { return IsCounted(*child); });
     }
 
     /// Where temporalities above the scale hide more of the other side than was counted, its last element stands in, and
     /// after it comes null, which Compare refuses.
-    Node* TakeTheirElement(const Elements& elements, std::size_t& next) const {
-        while (next < elements.size()) {
-            Node* const theirs = elements[next++];
-            if (IsCounted(*theirs) || next == elements.size()) {
-                return theirs;
-            }
-        }
-        return nullptr;
+    Node* TakeTheirElement(ChildCursor& elements) const {
+        Node* last = nullptr;
+        Node* const counted = elements.FindNext([&](Node* element) {
+            last = element;
+            return IsCounted(*element);
+        });
+        return counted != nullptr ? counted : last;
     }
 
     int GoOnInVector(Compared& compared) {
-        const Elements& mine = NodeAccess::GetChildren(static_cast<Vector&>(compared.mine));
-        const Elements& theirs = NodeAccess::GetChildren(static_cast<Vector&>(compared.theirs));
-        for (;;) {
-            if (const int order = CompareRun(mine, theirs, compared)) {
-                return order;
-            }
-            Node* const left = TakeMyElement(mine, compared.myNext);
-            if (left == nullptr) {
-                path_.Pop();
-                return 0;
-            }
-            Node* const right = TakeTheirElement(theirs, compared.theirNext);
+        ChildCursor mine = compared.myChildren;
+        ChildCursor theirs = compared.theirChildren;
+        while (Node* const left = TakeCounted(mine)) {
+            Node* const right = TakeTheirElement(theirs);
             if (IsCompositeType(left->GetType())) {
-                return Begin(static_cast<Composite&>(*left), right, false);
+                compared.myChildren = mine;
+                compared.theirChildren = theirs;
+                return Begin(static_cast<Composite&>(*left), right);
             }
             if (const int order = CompareLeaves(*left, right)) {
                 return order;
             }
+            if (const int order = CompareRun<false>(left->GetType(), mine, theirs)) {
+                return order;
+            }
         }
+        path_.Pop();
+        return 0;
     }
 
-    /// Compares elements of one kind as long as they come, all of them counted.
-    int CompareRun(const Elements& mine, const Elements& theirs, Compared& compared) const {
-        if (compared.myNext >= mine.size()) {
-            return 0;
-        }
-        switch (mine[compared.myNext]->GetType()) {
-            case NodeTypeInteger: return CompareRunOf<Integer>(mine, theirs, compared);
-            case NodeTypeDouble: return CompareRunOf<Double>(mine, theirs, compared);
-            case NodeTypeBoolean: return CompareRunOf<Boolean>(mine, theirs, compared);
-            case NodeTypeInteger64: return CompareRunOf<Integer64>(mine, theirs, compared);
-            case NodeTypeGlobalID:
+    /// Compares children of this kind as long as they come, all of them counted; those of maps by their indexes first.
+    template <bool kOfMaps>
+    int CompareRun(NodeType type, ChildCursor& mine, ChildCursor& theirs) const {
+        switch (type) {
+            case NodeTypeInteger: return CompareRunOf<kOfMaps, Integer>(mine, theirs);
+            case NodeTypeGlobalID: return CompareRunOf<kOfMaps, GlobalID>(mine, theirs);
+            case NodeTypeDouble: return CompareRunOf<kOfMaps, Double>(mine, theirs);
+            case NodeTypeBoolean: return CompareRunOf<kOfMaps, Boolean>(mine, theirs);
+            case NodeTypeInteger64: return CompareRunOf<kOfMaps, Integer64>(mine, theirs);
             case NodeTypeString:
             case NodeTypeVector:
             case NodeTypeMap:
@@ -179,23 +176,16 @@ private:
         return 0;
     }
 
-    template <class T>
-    int CompareRunOf(const Elements& mine, const Elements& theirs, Compared& compared) const {
-        std::size_t left = compared.myNext;
-        std::size_t right = compared.theirNext;
-        int order = 0;
-        for (; order == 0 && left < mine.size() && right < theirs.size(); ++left, ++right) {
-            Node& a = *mine[left];
-            Node& b = *theirs[right];
-            if (a.GetType() != T::StaticType || b.GetType() != T::StaticType || NodeAccess::GetDerivedOfLeaf(a) > t_ ||
-                NodeAccess::GetDerivedOfLeaf(b) > t_) {
-                break;
-            }
-            order = CompareValues<T>(a, b);
-        }
-        compared.myNext = left;
-        compared.theirNext = right;
-        return order;
+    template <bool kOfMaps, class T>
+    int CompareRunOf(ChildCursor& mine, ChildCursor& theirs) const {
+        const auto isMeant = [this](Node* leaf) {
+            return (!kOfMaps || leaf != nullptr) && leaf->GetType() == T::StaticType &&
+                   (kCountsAll || NodeAccess::GetDerivedOfLeaf(*leaf) <= t_);
+        };
+        return ChildCursor::ForEachPair(mine, theirs, isMeant, [](Node* left, Node* right) {
+            const int order = kOfMaps ? left->GetIndex() - right->GetIndex() : 0;
+            return order != 0 ? order : CompareValues(static_cast<T&>(*left), static_cast<T&>(*right));
+        });
     }
 
     int GoOnInMap(Compared& compared) {
@@ -217,10 +207,15 @@ private:
             if (IsCompositeType(left->GetType())) {
                 compared.myChildren = mine;
                 compared.theirChildren = theirs;
-                return Begin(static_cast<Composite&>(*left), right, false);
+                return Begin(static_cast<Composite&>(*left), right);
             }
             if (const int order = CompareLeaves(*left, right)) {
                 return order;
+            }
+            if constexpr (kCountsAll) {
+                if (const int order = CompareRun<true>(left->GetType(), mine, theirs)) {
+                    return order;
+                }
             }
         }
         path_.Pop();
@@ -231,6 +226,9 @@ private:
 
     /// What a walk over their map shows of a child of it.
     Shown IsShown(const Node& child) const noexcept {
+        if constexpr (kCountsAll) {
+            return Shown::Itself;
+        }
         const bool isSeen = NodeAccess::Sees(seen_, child.GetTemporality());
         if (!IsCompositeType(child.GetType())) {
             return isSeen ? Shown::Itself : Shown::No;
@@ -251,17 +249,21 @@ private:
         return visitor.GetResult();
     }
 
+    template <class T>
+    static int CompareAs(const Node& mine, const Node& theirs) {
+        return CompareValues(static_cast<const T&>(mine), static_cast<const T&>(theirs));
+    }
+
+    /// A counted leaf of mine.
     int CompareLeaves(Node& mine, Node* theirs) const {
         if (theirs != nullptr && theirs->GetType() == mine.GetType()) {
             switch (mine.GetType()) {
-                case NodeTypeInteger: return CompareValues<Integer>(mine, *theirs);
-                case NodeTypeDouble: return CompareValues<Double>(mine, *theirs);
-                case NodeTypeBoolean: return CompareValues<Boolean>(mine, *theirs);
-                case NodeTypeInteger64: return CompareValues<Integer64>(mine, *theirs);
-                case NodeTypeGlobalID:
-                    return KivBase::CompareGUID(static_cast<GlobalID&>(mine).Get(),
-                                                static_cast<GlobalID*>(theirs)->Get());
-                case NodeTypeString:
+                case NodeTypeInteger: return CompareAs<Integer>(mine, *theirs);
+                case NodeTypeGlobalID: return CompareAs<GlobalID>(mine, *theirs);
+                case NodeTypeString: return CompareAs<String>(mine, *theirs);
+                case NodeTypeDouble: return CompareAs<Double>(mine, *theirs);
+                case NodeTypeBoolean: return CompareAs<Boolean>(mine, *theirs);
+                case NodeTypeInteger64: return CompareAs<Integer64>(mine, *theirs);
                 case NodeTypeVector:
                 case NodeTypeMap:
                 case NodeTypeIntegerSet:
@@ -278,10 +280,20 @@ private:
     FrameStack<Compared> path_;
 };
 
+/// True when the node, and everything below it, is known to be persistent.
+bool IsAllPersistent(const Node& node) noexcept {
+    return NodeAccess::GetTree(node)->IsAllPersistent() && !NodeAccess::IsFrozen(node);
+}
+
 }  // namespace
 
 int CompareComposites(Composite& mine, Node* other, EnumOrvGenericsTemporality t, bool recalc) {
-    return Comparer(t).Run(mine, other, recalc);
+    const int order = mine.Node::Compare(other, t, recalc);
+    if (order != 0) {
+        return order;
+    }
+    const bool countsAll = t >= TemporalityPersistent && IsAllPersistent(mine) && IsAllPersistent(*other);
+    return countsAll ? Comparer<true>(t).Run(mine, other) : Comparer<false>(t).Run(mine, other);
 }
 
 int Vector::Compare(Node* other, EnumOrvGenericsTemporality t, bool recalc) {

@@ -1,5 +1,8 @@
 #include "core/CopyChildren.h"
 
+#include <algorithm>
+#include <cstddef>
+
 #include <KivGenerics/Boolean.h>
 #include <KivGenerics/Double.h>
 #include <KivGenerics/GlobalID.h>
@@ -8,6 +11,7 @@
 
 #include "core/ChildCursor.h"
 #include "core/FrameStack.h"
+#include "core/LeafRun.h"
 #include "core/Raise.h"
 #include "core/Texts.h"
 #include "traversal/CompositeWalk.h"
@@ -24,9 +28,9 @@ struct Copied {
     ChildCursor children;
 };
 
-/// The changes that NewNode and Populate of a leaf count beyond the first.
-constexpr std::uint32_t kChangesInMap = 2;
-constexpr std::uint32_t kChangesInVector = 1;
+/// The changes that NewNode, or Add, and Populate of a leaf count.
+constexpr std::uint32_t kChangesInMap = 3;
+constexpr std::uint32_t kChangesInVector = 2;
 
 /// The walk of a copy shows every node but those whose temporality is outside the scale.
 bool IsCopied(const Node& child) noexcept {
@@ -35,27 +39,30 @@ bool IsCopied(const Node& child) noexcept {
 
 template <class T>
 void FillLeaf(T& copy, T& source) noexcept {
-    NodeAccess::SetTemporality(copy, source.GetTemporality());
+    NodeAccess::SetTemporalityOfNew(copy, source.GetTemporality());
     NodeAccess::GetValue(copy) = NodeAccess::GetValue(source);
 }
 
-/// NewNode where nothing stands at the index, which is a slot's.
-Node* MakeInSlot(TreeImpl& tree, Map& target, Node*& slot, Node& source) {
-    Node* const copy = tree.CreateNode(source.GetType(), &target, source.GetIndex(), source.GetSemanticTag());
+/// NewNode where there is room for it.
+Node* MakeInRoom(TreeImpl& tree, const MapChildren& target, Node& source) {
+    const int index = source.GetIndex();
+    Node* const copy = tree.CreateNode(source.GetType(), &target.map, index, source.GetSemanticTag());
     if (copy != nullptr) {
-        slot = copy;
+        target.Put(index, copy);
         tree.CountMore(1);
-        NodeAccess::SetTemporality(*copy, TemporalityPersistent);
+        NodeAccess::SetTemporalityOfNew(*copy, TemporalityPersistent);
+        NodeAccess::ForgetEmpty(*copy);
     }
     return copy;
 }
 
 template <class T>
-Node* CopyIntoSlot(TreeImpl& tree, Map& target, Node*& slot, Node& source) {
-    T* const copy = tree.Create<T>(&target, source.GetIndex());
+Node* CopyIntoRoom(TreeImpl& tree, const MapChildren& target, Node& source) {
+    const int index = source.GetIndex();
+    T* const copy = tree.Create<T>(&target.map, index);
     if (copy != nullptr) {
-        slot = copy;
-        tree.CountMore(kChangesInMap);
+        target.Put(index, copy);
+        tree.CountMore(kChangesInMap - 1);
         FillLeaf(*copy, static_cast<T&>(source));
     }
     return copy;
@@ -78,10 +85,9 @@ Node* MakeInMap(TreeImpl& tree, const MapChildren& target, Node& source, Composi
         // Only where a node was inserted into a vector, too, and taken out there: NewNode says what is wrong.
         return target.map.NewNode(index, source.GetType(), false, source.GetSemanticTag());
     }
-    return target.IsSlot(index) && target.slots[index] == nullptr
-               ? MakeInSlot(tree, target.map, target.slots[index], source)
-               : NewNodeInMap(target, index, source.GetType(), false, source.GetSemanticTag(),
-                              CountMissing(target, parent));
+    return target.HasRoom(index) ? MakeInRoom(tree, target, source)
+                                 : NewNodeInMap(target, index, source.GetType(), false, source.GetSemanticTag(),
+                                                CountMissing(target, parent));
 }
 
 Node* Populated(Node* copy, Node& source) {
@@ -94,14 +100,13 @@ Node* Populated(Node* copy, Node& source) {
 /// Copies a child of any kind that is no composite; null where there is no node to be had.
 Node* CopyLeafIntoMap(TreeImpl& tree, const MapChildren& target, Node& source, Composite& parent) {
     const int index = source.GetIndex();
-    if (target.IsSlot(index) && target.slots[index] == nullptr) {
-        Node*& slot = target.slots[index];
+    if (target.HasRoom(index)) {
         switch (source.GetType()) {
-            case NodeTypeInteger: return CopyIntoSlot<Integer>(tree, target.map, slot, source);
-            case NodeTypeGlobalID: return CopyIntoSlot<GlobalID>(tree, target.map, slot, source);
-            case NodeTypeDouble: return CopyIntoSlot<Double>(tree, target.map, slot, source);
-            case NodeTypeBoolean: return CopyIntoSlot<Boolean>(tree, target.map, slot, source);
-            case NodeTypeInteger64: return CopyIntoSlot<Integer64>(tree, target.map, slot, source);
+            case NodeTypeInteger: return CopyIntoRoom<Integer>(tree, target, source);
+            case NodeTypeGlobalID: return CopyIntoRoom<GlobalID>(tree, target, source);
+            case NodeTypeDouble: return CopyIntoRoom<Double>(tree, target, source);
+            case NodeTypeBoolean: return CopyIntoRoom<Boolean>(tree, target, source);
+            case NodeTypeInteger64: return CopyIntoRoom<Integer64>(tree, target, source);
             case NodeTypeString:
             case NodeTypeVector:
             case NodeTypeMap:
@@ -114,26 +119,59 @@ Node* CopyLeafIntoMap(TreeImpl& tree, const MapChildren& target, Node& source, C
     return Populated(MakeInMap(tree, target, source, parent), source);
 }
 
+/// The end of the leaves of this kind from `first` on, at most `most`.
+template <class T>
+Node* const* FindEndOfKind(Node* const* first, Node* const* end) noexcept {
+    while (first != end && *first != nullptr && (*first)->GetType() == T::StaticType) {
+        ++first;
+    }
+    return first;
+}
+
+/// Few enough leaves that all are still in the processor's cache when they have been looked at once.
+constexpr std::ptrdiff_t kFewLeaves = 64;
+
+/// Copies the elements of this kind that come next into the room that the target and the present block have; it answers how
+/// many.
+template <class T>
+std::size_t CopyRun(TreeImpl& tree, Vector& target, Node* const* first, Node* const* end) {
+    auto& elements = NodeAccess::GetChildren(target);
+    const std::size_t room = (std::min)(elements.capacity() - elements.size(), LeafRun<T>::Count(tree));
+    const std::ptrdiff_t most = (std::min)({static_cast<std::ptrdiff_t>(room), kFewLeaves, end - first});
+    end = FindEndOfKind<T>(first, first + most);
+    const auto count = static_cast<std::size_t>(end - first);
+    LeafRun<T> run(tree, &target, count, kChangesInVector);
+    for (; first != end; ++first) {
+        T* const copy = run.Make(static_cast<int>(elements.size()));
+        elements.push_back(copy);
+        FillLeaf(*copy, static_cast<T&>(**first));
+    }
+    return count;
+}
+
 /// Copies elements of one kind as long as they come; answers false where there is no node to be had.
 template <class T>
 bool CopyElements(TreeImpl& tree, Vector& target, Copied& copied, Node*& next) {
     auto& elements = NodeAccess::GetChildren(target);
-    ChildCursor children = copied.children;
-    Node* child = next;
-    T* copy = nullptr;
-    do {
-        copy = tree.Create<T>(&target, static_cast<int>(elements.size()));
+    Node* const* place = copied.children.GetTaken();
+    Node* const* const end = copied.children.GetRunEnd();
+    NodeAccess::NoteChild(target);
+    while (place != end && (*place)->GetType() == T::StaticType) {
+        if (const std::size_t count = CopyRun<T>(tree, target, place, end)) {
+            place += count;
+            continue;
+        }
+        T* const copy = tree.Create<T>(&target, static_cast<int>(elements.size()));
         if (copy == nullptr) {
-            break;
+            return false;
         }
         elements.push_back(copy);
-        tree.CountMore(kChangesInVector);
-        FillLeaf(*copy, static_cast<T&>(*child));
-        child = children.Next();
-    } while (child != nullptr && child->GetType() == T::StaticType);
-    copied.children = children;
-    next = child;
-    return copy != nullptr;
+        tree.CountMore(kChangesInVector - 1);
+        FillLeaf(*copy, static_cast<T&>(**place++));
+    }
+    copied.children.GoOnAt(place);
+    next = copied.children.Next();
+    return true;
 }
 
 bool CopyElement(Vector& target, Node& source) {
@@ -172,6 +210,51 @@ Node* CopyLeavesIntoVector(Vector& target, Copied& copied) {
     return goesOn ? child : nullptr;
 }
 
+/// Copies the leaves of this kind that come next into the overflow store, as long as neither that nor the tree needs memory for
+/// them. The first of them has been taken.
+template <class T>
+void CopyRunBeyond(TreeImpl& tree, const MapChildren& target, ChildCursor& children) {
+    Node* const* place = children.GetTaken();
+    const std::size_t room = (std::min)(target.overflow->CountAppendable(), LeafRun<T>::Count(tree));
+    const std::ptrdiff_t most = (std::min)(static_cast<std::ptrdiff_t>(room), children.GetRunEnd() - place);
+    Node* const* const end = FindEndOfKind<T>(place, place + most);
+    LeafRun<T> run(tree, &target.map, static_cast<std::size_t>(end - place), kChangesInMap);
+    for (; place != end && IsCopied(**place); ++place) {
+        const int index = (*place)->GetIndex();
+        T* const copy = run.Make(index);
+        target.overflow->Append(index, copy);
+        FillLeaf(*copy, static_cast<T&>(**place));
+    }
+    children.GoOnAt(place);
+}
+
+/// The same for whatever leaf has been taken last; false, with nothing done, where that is none to be copied so.
+bool CopyRunBeyond(TreeImpl& tree, const MapChildren& target, ChildCursor& children, const Node& source) {
+    Node* const* const taken = children.GetTaken();
+    if (target.IsSlot(source.GetIndex()) || !target.HasRoom(source.GetIndex())) {
+        return false;
+    }
+    switch (source.GetType()) {
+        case NodeTypeInteger: CopyRunBeyond<Integer>(tree, target, children); break;
+        case NodeTypeGlobalID: CopyRunBeyond<GlobalID>(tree, target, children); break;
+        case NodeTypeDouble: CopyRunBeyond<Double>(tree, target, children); break;
+        case NodeTypeBoolean: CopyRunBeyond<Boolean>(tree, target, children); break;
+        case NodeTypeInteger64: CopyRunBeyond<Integer64>(tree, target, children); break;
+        case NodeTypeString:
+        case NodeTypeVector:
+        case NodeTypeMap:
+        case NodeTypeIntegerSet:
+        case NodeTypeIdSet:
+        case NodeTypeStringSet:
+        case NodeTypeDoubleSet: return false;
+    }
+    if (children.GetTaken() == taken - 1) {
+        children.GoOnAt(taken + 1);
+        return false;
+    }
+    return true;
+}
+
 /// The same for a map. What is hidden is left out, but not what stands below it.
 Node* CopyLeavesIntoMap(Map& target, Copied& copied) {
     TreeImpl& tree = *NodeAccess::GetTree(target);
@@ -187,7 +270,8 @@ Node* CopyLeavesIntoMap(Map& target, Copied& copied) {
             }
         } else if (isComposite) {
             break;
-        } else if (CopyLeafIntoMap(tree, places, *child, copied.source) == nullptr) {
+        } else if (!CopyRunBeyond(tree, places, children, *child) &&
+                   CopyLeafIntoMap(tree, places, *child, copied.source) == nullptr) {
             return nullptr;
         }
     }
@@ -207,11 +291,18 @@ Node* CopyLeaves(Copied& copied) {
                                                      : CopyLeavesIntoMap(static_cast<Map&>(copied.target), copied);
 }
 
+/// Makes the copy of a composite, still empty, where it belongs; null where there is no node to be had.
 Composite* CopyComposite(Composite& target, Node& source, Composite& parent) {
-    return static_cast<Composite*>(
-        target.GetType() == NodeTypeVector
-            ? static_cast<Vector&>(target).Add(source.GetType(), source.GetSemanticTag())
-            : MakeInMap(*NodeAccess::GetTree(target), MapChildren(static_cast<Map&>(target)), source, parent));
+    if (target.GetType() == NodeTypeMap) {
+        TreeImpl& tree = *NodeAccess::GetTree(target);
+        return static_cast<Composite*>(MakeInMap(tree, MapChildren(static_cast<Map&>(target)), source, parent));
+    }
+    auto& vector = static_cast<Vector&>(target);
+    const auto& elements = NodeAccess::GetChildren(vector);
+    const bool takesVectors = elements.empty() || elements.front()->GetType() == NodeTypeVector;
+    return source.GetType() == NodeTypeVector && takesVectors
+               ? NodeAccess::Append<Vector>(vector)
+               : static_cast<Composite*>(vector.Add(source.GetType(), source.GetSemanticTag()));
 }
 
 /// What Populate of a new composite does before the children come: two changes, its own and that of its Clear.

@@ -53,29 +53,29 @@ namespace {
 
 using Elements = std::vector<Node*, KivBase::Allocator<Node*>>;
 
-VisitCode WalkBelow(const Elements& elements, std::size_t& place, Visitor* visitor, SemanticTag tag, int flags) {
-    const VisitCode code = NodeAccess::IterateInner(*elements[place], visitor, tag, flags);
+VisitCode WalkBelow(const Elements& elements, std::size_t& place, const ChildWalk& walk) {
+    const VisitCode code = NodeAccess::IterateInner(*elements[place], walk.visitor, walk.tag, walk.flags);
     place += code == VisitStop || code == VisitRemove ? 0 : 1;
     return code;
 }
 
 // As WalkElements, whatever the kind.
-VisitCode WalkRun(const Elements& elements, std::size_t& place, Visitor* visitor, SemanticTag tag, int flags) {
+VisitCode WalkRun(const Elements& elements, std::size_t& place, const ChildWalk& walk) {
     switch (elements[place]->GetType()) {
-        case NodeTypeInteger: return WalkElements(elements, place, visitor, &Visitor::VisitInteger, flags);
-        case NodeTypeGlobalID: return WalkElements(elements, place, visitor, &Visitor::VisitGlobalID, flags);
-        case NodeTypeString: return WalkElements(elements, place, visitor, &Visitor::VisitString, flags);
-        case NodeTypeDouble: return WalkElements(elements, place, visitor, &Visitor::VisitDouble, flags);
-        case NodeTypeBoolean: return WalkElements(elements, place, visitor, &Visitor::VisitBoolean, flags);
-        case NodeTypeIntegerSet: return WalkElements(elements, place, visitor, &Visitor::VisitIntegerSet, flags);
-        case NodeTypeIdSet: return WalkElements(elements, place, visitor, &Visitor::VisitIdSet, flags);
-        case NodeTypeStringSet: return WalkElements(elements, place, visitor, &Visitor::VisitStringSet, flags);
-        case NodeTypeDoubleSet: return WalkElements(elements, place, visitor, &Visitor::VisitDoubleSet, flags);
-        case NodeTypeInteger64: return WalkElements(elements, place, visitor, &Visitor::VisitInteger64, flags);
+        case NodeTypeInteger: return WalkElements(elements, place, walk, &Visitor::VisitInteger);
+        case NodeTypeGlobalID: return WalkElements(elements, place, walk, &Visitor::VisitGlobalID);
+        case NodeTypeString: return WalkElements(elements, place, walk, &Visitor::VisitString);
+        case NodeTypeDouble: return WalkElements(elements, place, walk, &Visitor::VisitDouble);
+        case NodeTypeBoolean: return WalkElements(elements, place, walk, &Visitor::VisitBoolean);
+        case NodeTypeIntegerSet: return WalkElements(elements, place, walk, &Visitor::VisitIntegerSet);
+        case NodeTypeIdSet: return WalkElements(elements, place, walk, &Visitor::VisitIdSet);
+        case NodeTypeStringSet: return WalkElements(elements, place, walk, &Visitor::VisitStringSet);
+        case NodeTypeDoubleSet: return WalkElements(elements, place, walk, &Visitor::VisitDoubleSet);
+        case NodeTypeInteger64: return WalkElements(elements, place, walk, &Visitor::VisitInteger64);
         case NodeTypeVector:
         case NodeTypeMap: break;
     }
-    return WalkBelow(elements, place, visitor, tag, flags);
+    return WalkBelow(elements, place, walk);
 }
 
 }  // namespace
@@ -93,8 +93,9 @@ VisitCode Vector::IterateInner(Visitor* visitor, SemanticTag tag, int flags) {
     return WalkComposite(
         self, flags, [&](bool postOrder) { return visitor->VisitVector(this, postOrder); },
         [&](int childFlags) {
+            const ChildWalk walk(visitor, tag, childFlags);
             for (std::size_t i = 0; i < children_.size();) {
-                const VisitCode code = WalkRun(children_, i, visitor, tag, childFlags);
+                const VisitCode code = WalkRun(children_, i, walk);
                 if (code == VisitStop) {
                     return false;
                 }
@@ -112,13 +113,41 @@ VisitCode Map::Visit(Visitor* visitor, bool postOrder) {
 
 namespace {
 
+// Whenever a visitor has changed the store, the walk goes on with the first child after the one that was shown last. Answers
+// false when the walk stops.
+bool WalkOverflow(const MapOverflow& overflow, const ChildWalk& walk) {
+    for (auto run = overflow.begin(); run.GetRunLength() > 0;) {
+        const std::uint32_t changes = overflow.GetChanges();
+        const int* key = run.GetRun();
+        const int* const end = key + run.GetRunLength();
+        Node* const* value = run.GetRunValues();
+        int index = 0;
+        while (key != end && changes == overflow.GetChanges()) {
+            index = *key++;
+            Node& child = **value++;
+            const VisitCode code = WalkChild(child, walk);
+            if (code == VisitRemove) {
+                child.Remove();
+            } else if (code == VisitStop) {
+                return false;
+            }
+        }
+        if (changes == overflow.GetChanges()) {
+            run.SkipRun();
+        } else {
+            run = overflow.After(index);
+        }
+    }
+    return true;
+}
+
 // Answers false when the walk stops.
-bool WalkMapChildren(const MapChildren& children, Visitor* visitor, SemanticTag tag, int flags) {
+bool WalkMapChildren(const MapChildren& children, const ChildWalk& walk) {
     for (int i = 0; i < children.slotCount; ++i) {
         if (children.slots[i] == nullptr) {
             continue;
         }
-        const VisitCode code = WalkChild(*children.slots[i], visitor, tag, flags);
+        const VisitCode code = WalkChild(*children.slots[i], walk);
         if (code == VisitStop) {
             return false;
         }
@@ -126,13 +155,7 @@ bool WalkMapChildren(const MapChildren& children, Visitor* visitor, SemanticTag 
             children.map.Remove(i);
         }
     }
-    return children.ForEachInOverflow([&](Node* child) {
-        const VisitCode code = WalkChild(*child, visitor, tag, flags);
-        if (code == VisitRemove) {
-            child->Remove();
-        }
-        return code != VisitStop;
-    });
+    return children.overflow == nullptr || WalkOverflow(*children.overflow, walk);
 }
 
 }  // namespace
@@ -149,7 +172,7 @@ VisitCode IterateMap(const MapChildren& children, Visitor* visitor, SemanticTag 
                       ((flags & kUpToBits) != 0 || NodeAccess::Sees(flags, map.GetTemporality()));
     return WalkComposite(
         self, flags, [&](bool postOrder) { return visitor->VisitMap(&map, postOrder); },
-        [&](int childFlags) { return WalkMapChildren(children, visitor, tag, childFlags); });
+        [&](int childFlags) { return WalkMapChildren(children, ChildWalk(visitor, tag, childFlags)); });
 }
 
 }  // namespace KivGenerics

@@ -1,27 +1,10 @@
 #include <KivGenerics/String.h>
 
-#include <algorithm>
-
+#include "core/TextOrder.h"
 #include "core/TreeImpl.h"
 #include "values/LeafOperations.h"
 
 namespace KivGenerics {
-namespace {
-
-using Units = std::char_traits<char16_t>;
-
-// The whole of the left text against the right one up to its first NUL.
-// kept-on-purpose: text-cut-at-nul
-int CompareTexts(const KivBase::WString& left, const char16_t* right) {
-    const std::size_t rightLength = Units::length(right);
-    const int order = Units::compare(left.data(), right, (std::min)(left.size(), rightLength));
-    if (order != 0) {
-        return order < 0 ? -1 : 1;
-    }
-    return CompareByLess(left.size(), rightLength);
-}
-
-}  // namespace
 
 String::String(TreeImpl* tree) noexcept
     : Node(tree, StaticType), value_(KivBase::Allocator<char16_t>(tree->GetBuffer())) {}

@@ -6,7 +6,8 @@
 
 namespace KivGenerics {
 
-/// The modification guard of a tree: what every change asks first, inline, whichever node it goes through.
+/// The modification guard of a tree: what every change asks first, inline, whichever node it goes through. It also knows how
+/// far the nodes' derived temporalities are up to date.
 class ChangeGuard {
 public:
     ChangeGuard(const ChangeGuard&) = delete;
@@ -26,13 +27,28 @@ public:
         }
     }
 
-    /// Counts `more` changes of a tree that the guard has just let pass.
+    /// Counts `more` changes of a tree that is not read-only.
     void CountMore(std::uint32_t more) noexcept {
+        temporalityStale_ = temporalityStale_ || more > 0;
         changeCount_ = static_cast<std::int32_t>(static_cast<std::uint32_t>(changeCount_) + more);
     }
 
     /// A derived temporality was set by itself: it need not be what an update of the whole tree made it.
     void NoteOwnDerived() noexcept { temporalityUpdated_ = false; }
+
+    /// The round that derived temporalities are stored in, 1 to kLastRound: one that was stored in an earlier round has become
+    /// TemporalityPersistent. So an update of a tree where all nodes are persistent begins a new round and touches no node.
+    std::uint8_t GetRound() const noexcept { return round_; }
+    /// From now on a node of the tree may have an own temporality other than TemporalityDefault and TemporalityPersistent.
+    void NoteVaried() noexcept { isVaried_ = true; }
+    /// From now on there may be nodes that name this tree and do not stand in it: an update must not touch them, so no new
+    /// round begins any more.
+    void NoteStray() noexcept { hasStrays_ = true; }
+    /// One more, or one less, composite that is without children and would be temporary for that; too many do no harm.
+    void CountEmpty() noexcept { ++emptyComposites_; }
+    void UncountEmpty() noexcept { emptyComposites_ -= emptyComposites_ > 0 ? 1 : 0; }
+
+    static constexpr std::uint8_t kLastRound = 127;
 
 protected:
     ChangeGuard() = default;
@@ -42,6 +58,11 @@ protected:
     bool readOnly_ = false;
     bool temporalityStale_ = true;
     bool temporalityUpdated_ = false;  // every derived temporality is what an update made it, unless stale
+    bool isAllPersistent_ = false;  // what the update made it is TemporalityPersistent throughout
+    bool isVaried_ = false;
+    bool hasStrays_ = false;
+    std::uint8_t round_ = 1;
+    std::uint32_t emptyComposites_ = 0;  // at least
 
 private:
     [[noreturn]] KIV_GENERICS_EXPORT static void RefuseChange();

@@ -41,12 +41,17 @@ private:
 
 public:
     /// Takes the child at `index` out and returns it. Throws Exception where there is none.
-    Node* Detach(int index) { return hDetach(index); }
+    Node* Detach(int index) {
+        GetSource().NoteStray();
+        return hDetach(index);
+    }
 
 protected:
-    Composite(ChangeGuard* tree, NodeType type) noexcept : Node(tree, type) {}
+    Composite(ChangeGuard* tree, NodeType type) noexcept : Composite(tree, nullptr, -1, type) {}
     Composite(ChangeGuard* tree, Composite* parent, int index, NodeType type) noexcept
-        : Node(tree, parent, index, type) {}
+        : Node(tree, parent, index, type) {
+        NoteEmpty();
+    }
     ~Composite() = default;
 
     /// Throws Exception when `node` is null, this composite or an ancestor of it.

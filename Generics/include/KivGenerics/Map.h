@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 #include <KivGenerics/Composite.h>
+#include <KivGenerics/SortedChunks.h>
 
 namespace KivGenerics {
 
@@ -50,11 +52,11 @@ public:
     template <class T>
     T* NewNode(int index, SemanticTag tag = SemanticTagNone) {
         if constexpr (NodeSource::IsPlain<T>) {
-            if (static_cast<unsigned>(index) < slotCount_ && GetSlots()[index] == nullptr) {
+            if (HasRoom(index)) {
                 T* const node = GetSource().template Create<T>(this, index);
                 if (node != nullptr) {
-                    const_cast<Node**>(GetSlots())[index] = node;
-                    node->SetTemporality(TemporalityPersistent);
+                    Put(index, node);
+                    node->MakePersistent();
                 }
                 return node;
             }
@@ -97,9 +99,32 @@ private:
     template <int N>
     friend class MapImpl;
 
-    // The fixed slots stand right behind this class, in every class that derives from it.
+    static constexpr int kGreatestIndex = 0x1FFFFFFF;
+
+    // Children at indexes beyond the fixed slots, in ascending order, in the forest's memory.
+    using Overflow = SortedChunks<int, std::less<int>, Node*>;
+
+    // The fixed slots stand right behind this class, in every class that derives from it, and behind them the pointer to the
+    // overflow store.
     Node* const* GetSlots() const noexcept {
         return reinterpret_cast<Node* const*>(reinterpret_cast<const char*>(this) + sizeof(Map));
+    }
+    Overflow* GetOverflow() const noexcept { return *reinterpret_cast<Overflow* const*>(GetSlots() + slotCount_); }
+    // True when Put will do for a child at `index`: nothing stands there, and its place needs no memory.
+    bool HasRoom(int index) const noexcept {
+        if (static_cast<unsigned>(index) < slotCount_) {
+            return GetSlots()[index] == nullptr;
+        }
+        const Overflow* const overflow = GetOverflow();
+        return overflow != nullptr && index <= kGreatestIndex && overflow->CanAppend(index);
+    }
+    void Put(int index, Node* child) noexcept {
+        NoteChild();
+        if (static_cast<unsigned>(index) < slotCount_) {
+            const_cast<Node**>(GetSlots())[index] = child;
+        } else {
+            GetOverflow()->Append(index, child);
+        }
     }
     Node* GetFromOverflow(int index) const noexcept;
 

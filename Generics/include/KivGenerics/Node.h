@@ -12,6 +12,7 @@
 #include <KivGenerics/NodeSource.h>
 #include <KivGenerics/NodeType.h>
 #include <KivGenerics/SemanticTag.h>
+#include <KivGenerics/SmallNumber.h>
 #include <KivGenerics/Temporality.h>
 #include <KivGenerics/VisitCode.h>
 
@@ -28,16 +29,28 @@ class KIV_GENERICS_EXPORT Node {
 public:
     // kept-on-purpose: copies-name-the-source
     // A copy is a free-standing duplicate: it names the source's tree, parent and index, but no parent knows it.
-    Node(const Node&) = default;
-    Node(Node&&) = default;
+    Node(const Node& other) noexcept
+        : tree_(other.tree_),
+          type_(other.type_),
+          temporality_(other.temporality_),
+          derivedTemporality_(other.derivedTemporality_),
+          derivedAt_(other.derivedAt_),
+          index_(other.index_),
+          parent_(other.parent_) {
+        tree_->NoteStray();
+    }
+    Node(Node&& other) noexcept : Node(static_cast<const Node&>(other)) {}
     Node& operator=(const Node& other) noexcept {
         if (this != &other) {
             tree_->NoteOwnDerived();
+            tree_->NoteStray();
             other.tree_->NoteOwnDerived();
+            other.tree_->NoteStray();
             tree_ = other.tree_;
             type_ = other.type_;
             temporality_ = other.temporality_;
             derivedTemporality_ = other.derivedTemporality_;
+            derivedAt_ = other.derivedAt_;
             index_ = other.index_;
             parent_ = other.parent_;
         }
@@ -115,29 +128,32 @@ private:
     virtual void SetDerivedTemporality(EnumOrvGenericsTemporality t);
 
 public:
-    NodeType GetType() const noexcept { return static_cast<NodeType>(type_); }
+    NodeType GetType() const noexcept { return static_cast<NodeType>(int{type_}); }
     /// The position in the parent; -1 for a node without one.
     int GetIndex() const noexcept { return index_; }
     /// The node's own setting.
     EnumOrvGenericsTemporality GetTemporality() const noexcept {
-        return static_cast<EnumOrvGenericsTemporality>(temporality_);
+        return static_cast<EnumOrvGenericsTemporality>(int{temporality_});
     }
     /// Stores what it is given; a value outside 0..4 hides the node from every walk.
     void SetTemporality(EnumOrvGenericsTemporality t) {
         CheckReadOnly();
-        temporality_ = static_cast<std::int8_t>(t);
-        derivedTemporality_ = TemporalityDefault;
+        temporality_ = t;
+        StoreDerived(TemporalityDefault);
+        if (t != TemporalityPersistent) {
+            tree_->NoteVaried();
+        }
     }
     /// True when the derived temporality, as stored, is not above `t`; for visitors.
-    bool ShouldVisit(EnumOrvGenericsTemporality t) const noexcept { return derivedTemporality_ <= t; }
+    bool ShouldVisit(EnumOrvGenericsTemporality t) const noexcept { return StoredDerived() <= t; }
     /// Walks this node and what is below it depth first and shows to the visitor what `flags` (IterateFlags.h) admit;
     /// with a tag other than 0 and 1 only maps of that tag. Does nothing without a visitor.
     void Iterate(Visitor* visitor, SemanticTag tag, int flags);
 
 protected:
-    Node(ChangeGuard* tree, NodeType type) noexcept : tree_(tree), type_(static_cast<std::int8_t>(type)) {}
+    Node(ChangeGuard* tree, NodeType type) noexcept : Node(tree, nullptr, -1, type) {}
     Node(ChangeGuard* tree, Composite* parent, int index, NodeType type) noexcept
-        : tree_(tree), type_(static_cast<std::int8_t>(type)), index_(index), parent_(parent) {}
+        : tree_(tree), type_(type), derivedAt_(tree->GetRound()), index_(index), parent_(parent) {}
     // Nodes are never destroyed through a base: their memory goes with the forest.
     ~Node() = default;
 
@@ -148,7 +164,14 @@ protected:
     bool MergeWithChecks(Node* other, bool flag);
     /// The derived temporality, calculated first when it has not been; ancestors are not asked.
     EnumOrvGenericsTemporality DerivedValue() {
-        return derivedTemporality_ == TemporalityDefault ? CalculateDerivedTemporality() : StoredDerived();
+        const EnumOrvGenericsTemporality stored = StoredDerived();
+        return stored == TemporalityDefault ? CalculateDerivedTemporality() : stored;
+    }
+    /// A child is about to be placed in this composite.
+    void NoteChild() noexcept {
+        if ((derivedAt_ & kEmptyBit) != 0) {
+            NoteFirstChild();
+        }
     }
 
     /// What makes the nodes of this node's tree.
@@ -173,24 +196,79 @@ private:
     template <int N>
     friend class MapImpl;
 
+    // derivedAt_ is the round that derivedTemporality_ was stored in, or kFrozen: then it stays whatever the round. With
+    // kEmptyBit the node is a composite that the tree counts as empty.
+    static constexpr int kEmptyBit = 0x80;
+    static constexpr int kFrozen = 0;
+
+    int GetDerivedRound() const noexcept { return derivedAt_ & ~kEmptyBit & 0xFF; }
+    bool IsDerivedAsStored() const noexcept {
+        const int round = GetDerivedRound();
+        return round == tree_->GetRound() || round == kFrozen;
+    }
     EnumOrvGenericsTemporality StoredDerived() const noexcept {
-        return static_cast<EnumOrvGenericsTemporality>(derivedTemporality_);
+        return IsDerivedAsStored() ? static_cast<EnumOrvGenericsTemporality>(int{derivedTemporality_})
+                                   : TemporalityPersistent;
+    }
+    void StoreDerived(EnumOrvGenericsTemporality t) noexcept {
+        derivedTemporality_ = t;
+        if (GetDerivedRound() != kFrozen) {
+            derivedAt_ = (derivedAt_ & kEmptyBit) | tree_->GetRound();
+        }
+    }
+    // Whoever keeps a root that its tree has dropped may fill it again: what comes below it must not take part in the rounds.
+    void NoteFirstChild() noexcept {
+        if (GetDerivedRound() == kFrozen) {
+            tree_->NoteStray();
+        } else {
+            derivedAt_ = derivedAt_ & ~kEmptyBit;
+            tree_->UncountEmpty();
+        }
     }
     int GetDefaultIterateFlags(int flags, SemanticTag tag) const noexcept;
     void GenerateKey(std::vector<int>& path) const;
     void GenerateSemanticTagKey(std::vector<int>& path) const;
     void CheckPopulate(const Node* source) const;
-    void TakeTemporality(const Node& source) noexcept {
-        temporality_ = source.temporality_;
-        derivedTemporality_ = TemporalityDefault;
+    void TakeTemporality(const Node& source) noexcept { TakeTemporality(source.temporality_); }
+    void TakeTemporality(int t) noexcept {
+        StoreDerived(TemporalityDefault);
+        TakeWhenNew(t);
+    }
+    /// The same for a node whose derived temporality has not been calculated.
+    void TakeWhenNew(int t) noexcept {
+        temporality_ = t;
+        if (t != TemporalityPersistent) {
+            NoteTaken(t);
+        }
+    }
+    /// SetTemporality(TemporalityPersistent) for a node whose derived temporality has not been calculated.
+    void MakePersistent() {
+        CheckReadOnly();
+        temporality_ = TemporalityPersistent;
+    }
+    /// What the tree must know of an own temporality other than TemporalityPersistent.
+    void NoteTaken(int t) noexcept {
+        if (t != TemporalityDefault) {
+            tree_->NoteVaried();
+        } else if (IsCompositeType(GetType())) {
+            NoteEmpty();
+        }
+    }
+    /// This composite, of TemporalityDefault, may be without children.
+    void NoteEmpty() noexcept {
+        if ((derivedAt_ & kEmptyBit) == 0) {
+            derivedAt_ = derivedAt_ | kEmptyBit;
+            tree_->CountEmpty();
+        }
     }
     void SetIndex(int index) noexcept { index_ = index; }
     void SetParent(Composite* parent) noexcept { parent_ = parent; }
 
     ChangeGuard* tree_;  // of the tree: TreeImpl is the only class that has one
-    std::int8_t type_;
-    std::int8_t temporality_ = TemporalityDefault;
-    std::int8_t derivedTemporality_ = TemporalityDefault;
+    SmallNumber type_;
+    SmallNumber temporality_ = TemporalityDefault;
+    SmallNumber derivedTemporality_ = TemporalityDefault;
+    SmallNumber derivedAt_;
     std::int32_t index_ = -1;
     Composite* parent_ = nullptr;
 };

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <type_traits>
 #include <utility>
 
 #include <KivBase/Buffer.h>
@@ -80,11 +81,20 @@ public:
     /// The payload of `key`, which is added with an empty one when it is absent. `expected` is the number of elements that
     /// are about to be added, this one included, if it can be trusted: memory is taken for them.
     Payload& Need(const Key& key, std::size_t expected = 0) {
-        const Place place = BelongsAtTheEnd(key)
-                                ? AppendToLeaf(*ToLeaf(root_), key)
+        const Place place = CanAppend(key)
+                                ? AppendToLeaf(*ToLeaf(root_), key, Payload())
                                 : AddPlace(key, static_cast<int>(expected < Leaf::kMost ? expected : Leaf::kMost));
         return place.leaf->GetPayloads()[place.at];
     }
+    /// True when Append will do for `key`: it comes after all that are there, and a single chunk has room for it.
+    bool CanAppend(const Key& key) const noexcept {
+        return root_ != nullptr && root_->level == 0 && !root_->IsFull() &&
+               Order()(ToLeaf(root_)->GetKeys()[root_->size - 1], key);
+    }
+    /// How many keys in ascending order Append will do for, where it does for the first of them.
+    std::size_t CountAppendable() const noexcept { return static_cast<std::size_t>(root_->capacity - root_->size); }
+    /// Adds a key with its payload behind all others, where CanAppend. Needs no memory.
+    void Append(const Key& key, const Payload& payload) noexcept { AppendToLeaf(*ToLeaf(root_), key, payload); }
     /// False when `key` is absent.
     bool Remove(const Key& key) noexcept;
     void Clear() noexcept;
@@ -153,14 +163,9 @@ private:
         const int at = CountBefore(keys, leaf->size, [&](const Key& other) { return Order()(other, key); });
         return {leaf, at, at < leaf->size && !Order()(key, keys[at])};
     }
-    /// True when a single leaf holds everything, has room, and `key` comes after all that it holds.
-    bool BelongsAtTheEnd(const Key& key) const noexcept {
-        return root_ != nullptr && root_->level == 0 && !root_->IsFull() &&
-               Order()(ToLeaf(root_)->GetKeys()[root_->size - 1], key);
-    }
-    Place AppendToLeaf(Leaf& leaf, const Key& key) noexcept {
+    Place AppendToLeaf(Leaf& leaf, const Key& key, const Payload& payload) noexcept {
         const int at = leaf.size;
-        leaf.Insert(at, key, Payload());
+        leaf.Insert(at, key, payload);
         ++size_;
         ++changes_;
         return {&leaf, at, false};
@@ -186,6 +191,10 @@ private:
             Leaf::Delete(buffer_, ToLeaf(chunk));
         }
     }
+
+    // What has a payload is as a rule followed by more of its kind: its chunk begins with room for a few, and doubles.
+    static constexpr int kFirstRoom = std::is_empty_v<Payload> ? 1 : 2;
+    static constexpr bool kDoubles = !std::is_empty_v<Payload>;
 
     // More levels than size_ could count the keys of: a level comes only when the root is full.
     static constexpr int kMostLevels = 16;

@@ -89,7 +89,7 @@ auto SortedChunks<Key, Order, Payload>::AddPlace(const Key& key, int expected) -
 template <class Key, class Order, class Payload>
 void SortedChunks<Key, Order, Payload>::MakeRoom(const Key& key, int expected) {
     if (root_ == nullptr) {
-        root_ = Leaf::New(buffer_, Leaf::GetCapacityFor(GetGreater(expected, 1)), 0);
+        root_ = Leaf::New(buffer_, Leaf::GetCapacityFor(GetGreater(expected, kFirstRoom)), 0);
         return;
     }
     Step place{nullptr, 0};
@@ -124,7 +124,8 @@ template <class Key, class Order, class Payload>
 template <class Chunk>
 void SortedChunks<Key, Order, Payload>::Enlarge(Chunk*& chunk, Step place, int expected) {
     Chunk* const old = chunk;
-    chunk = Chunk::New(buffer_, Chunk::GetCapacityFor(old->size + GetGreater(expected, 1)), old->level);
+    const int more = GetGreater(expected, kDoubles ? old->size : 1);
+    chunk = Chunk::New(buffer_, Chunk::GetCapacityFor(old->size + more), old->level);
     chunk->CopyBack(*old, 0, old->size);
     (place.inner != nullptr ? place.inner->GetPayloads()[place.at] : root_) = chunk;
     Chunk::Delete(buffer_, old);

@@ -82,6 +82,7 @@ public:
             NeedRoom();
             T* const node = GetSource().template Create<T>(this, static_cast<int>(children_.size()));
             if (node != nullptr) {
+                NoteChild();
                 children_.push_back(node);
             }
             return node;

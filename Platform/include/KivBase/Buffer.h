@@ -33,15 +33,43 @@ public:
     /// Allocate for one T that never comes back, inlined where the buffer shows its free memory.
     template <class T>
     void* Take() {
-        static_assert(alignof(T) <= kTakeAlignment && sizeof(T) <= kLargestTake);
-        constexpr std::size_t kSize = (sizeof(T) + kTakeAlignment - 1) / kTakeAlignment * kTakeAlignment;
         char* const taken = cursor_;
-        if (static_cast<std::size_t>(end_ - taken) < kSize) {
+        if (static_cast<std::size_t>(end_ - taken) < GetTakenSize<T>()) {
             return Allocate(sizeof(T), alignof(T));
         }
-        cursor_ = taken + kSize;
-        PrefetchForWriting(taken + kPrefetchDistance);
+        cursor_ = taken + GetTakenSize<T>();
+        PrefetchForWriting(taken);
         return taken;
+    }
+    /// How many T TakeRun can give at once.
+    template <class T>
+    std::size_t CountTakeable() const noexcept {
+        return static_cast<std::size_t>(end_ - cursor_) / GetTakenSize<T>();
+    }
+    /// Take for so many T, side by side, GetTakenSize<T>() bytes each; at most CountTakeable<T>().
+    template <class T>
+    char* TakeRun(std::size_t count) noexcept {
+        char* const taken = cursor_;
+        cursor_ = taken + count * GetTakenSize<T>();
+        return taken;
+    }
+    /// Gives the end of a run back, from `rest` on, as long as nothing has been taken after the run; else it is lost.
+    void GiveBackRun(char* rest, const char* end) noexcept {
+        if (cursor_ == end) {
+            cursor_ = rest;
+        }
+    }
+    /// The bytes from one T to the next in a run.
+    template <class T>
+    static constexpr std::size_t GetTakenSize() noexcept {
+        static_assert(alignof(T) <= kTakeAlignment && sizeof(T) <= kLargestTake);
+        return (sizeof(T) + kTakeAlignment - 1) / kTakeAlignment * kTakeAlignment;
+    }
+    /// What is taken at `place` is written next, and what comes a little later soon: its line is on its way when that is so.
+    static void PrefetchForWriting([[maybe_unused]] const char* place) noexcept {
+#if defined(__GNUC__)
+        __builtin_prefetch(place + kPrefetchDistance, 1);
+#endif
     }
 
 protected:
@@ -51,20 +79,12 @@ protected:
 
     static constexpr std::size_t kTakeAlignment = 8;
     static constexpr std::size_t kLargestTake = 512;
-    static constexpr std::size_t kPrefetchDistance = 512;
+    static constexpr std::size_t kPrefetchDistance = 1024;
 
     // Where the free memory of the present block begins, a multiple of 8, and where it ends: Take moves the former. A buffer that
     // leaves both null, as a host's own may, is asked for every object by Allocate.
     char* cursor_ = nullptr;
     char* end_ = nullptr;
-
-private:
-    // What is bumped next is written next: the line is on its way when the cursor gets there.
-    static void PrefetchForWriting([[maybe_unused]] const char* address) noexcept {
-#if defined(__GNUC__)
-        __builtin_prefetch(address, 1);
-#endif
-    }
 };
 
 /// Makes a buffer, owned by the caller, who deletes it.

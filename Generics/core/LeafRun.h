@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "core/NodeAccess.h"
+#include "core/TreeImpl.h"
+
+namespace KivGenerics {
+
+/// Makes leaves of a plain kind one after the other, as Create would, where none of them needs a new block or is a reused one:
+/// what Create asks for each is asked once. The caller places them.
+///
+/// On failure: nothing can fail.
+template <class T>
+class LeafRun {
+public:
+    /// How many leaves a run can have; 0 where Create has to be asked, which may refuse.
+    static std::size_t Count(const TreeImpl& tree) noexcept {
+        return tree.MayTake<T>() ? tree.GetBuffer()->template CountTakeable<T>() : 0;
+    }
+
+    /// Each leaf counts as `changes` changes. `most` is at most Count.
+    LeafRun(TreeImpl& tree, Composite* parent, std::size_t most, std::uint32_t changes) noexcept
+        : tree_(tree),
+          parent_(parent),
+          first_(tree.GetBuffer()->template TakeRun<T>(most)),
+          next_(first_),
+          end_(first_ + most * kSize),
+          changes_(changes) {}
+    LeafRun(const LeafRun&) = delete;
+    LeafRun& operator=(const LeafRun&) = delete;
+    ~LeafRun() {
+        tree_.GetBuffer()->GiveBackRun(next_, end_);
+        tree_.CountMore(static_cast<std::uint32_t>(static_cast<std::size_t>(next_ - first_) / kSize) * changes_);
+    }
+
+    /// The next leaf, of which there are at most as many as were asked for.
+    T* Make(int index) noexcept {
+        char* const place = next_;
+        next_ = place + kSize;
+        KivBase::Buffer::PrefetchForWriting(place);
+        return NodeAccess::Construct<T>(place, tree_, parent_, index);
+    }
+
+private:
+    static constexpr std::size_t kSize = KivBase::Buffer::GetTakenSize<T>();
+
+    TreeImpl& tree_;
+    Composite* const parent_;
+    char* const first_;
+    char* next_;
+    char* const end_;
+    const std::uint32_t changes_;
+};
+
+}  // namespace KivGenerics
