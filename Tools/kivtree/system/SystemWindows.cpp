@@ -46,10 +46,13 @@ std::vector<std::string> GetArguments(int /*argc*/, char** /*argv*/) {
 void PrepareStandardStreams() {
     ::_setmode(::_fileno(stderr), _O_BINARY);
     ::SetConsoleOutputCP(CP_UTF8);
-    DWORD mode = 0;
-    const HANDLE output = ::GetStdHandle(STD_OUTPUT_HANDLE);
-    if (::GetConsoleMode(output, &mode) != 0) {
-        ::SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+    // Either may go elsewhere.
+    for (const DWORD stream : {STD_OUTPUT_HANDLE, STD_ERROR_HANDLE}) {
+        DWORD mode = 0;
+        const HANDLE console = ::GetStdHandle(stream);
+        if (::GetConsoleMode(console, &mode) != 0) {
+            ::SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+        }
     }
 }
 
