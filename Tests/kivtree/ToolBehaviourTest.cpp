@@ -57,6 +57,13 @@ TEST(ToolTest, AWrongValueOfAnOptionGetsOneLine) {
     EXPECT_EQ(ran.code, 2);
 }
 
+TEST(ToolTest, StandardInputIsReadOnce) {
+    const Ran ran = RunTool({"diff", "-", "-"}, ReadFile(EveryKind));
+    EXPECT_EQ(ran.code, 2);
+    EXPECT_EQ(ran.err, "kivtree: standard input can be read but once: name a file for the other tree.\n");
+    EXPECT_EQ(RunTool({"diff", "-", EveryKind}, ReadFile(EveryKind)).code, 0);
+}
+
 TEST(ToolTest, AWordLikeNoOtherGetsNoSuggestion) {
     EXPECT_EQ(RunTool({"-x"}).err, "kivtree: there is no verb '-x'. kivtree help lists the verbs.\n");
 }

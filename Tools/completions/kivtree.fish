@@ -37,7 +37,7 @@ complete -c kivtree -n '__fish_seen_subcommand_from ls' -l names -r -d 'the dict
 complete -c kivtree -n '__fish_seen_subcommand_from ls' -l no-names -r -d 'show numbers, even if there is a dictionary'
 complete -c kivtree -n '__fish_seen_subcommand_from ls' -l no-progress -r -d 'show no progress bar'
 complete -c kivtree -n '__fish_seen_subcommand_from dump' -l all -r -d 'show every child and whole values'
-complete -c kivtree -n '__fish_seen_subcommand_from dump' -l children -r -d 'how many children of each node are shown'
+complete -c kivtree -n '__fish_seen_subcommand_from dump' -l children -r -d 'how many children of each node are shown (10)'
 complete -c kivtree -n '__fish_seen_subcommand_from dump' -l depth -r -d 'how many levels below the first node are shown'
 complete -c kivtree -n '__fish_seen_subcommand_from dump' -s h -r -d 'print this help'
 complete -c kivtree -n '__fish_seen_subcommand_from dump' -l help -r -d 'print this help'

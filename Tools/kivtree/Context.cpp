@@ -52,6 +52,10 @@ ProgressBar Context::NewBarBesideResults(const std::string& what) const {
 }
 
 std::string Context::ReadStandardInput() const {
+    if (inputIsRead_) {
+        throw Trouble("standard input can be read but once: name a file for the other tree.");
+    }
+    inputIsRead_ = true;
     ProgressBar bar = NewBar("reading standard input");
     std::string bytes;
     char part[65536];

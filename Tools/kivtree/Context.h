@@ -69,6 +69,7 @@ public:
 private:
     const CommonOptions& options_;
     bool colors_;
+    mutable bool inputIsRead_ = false;
     StandardOutput out_;
 };
 

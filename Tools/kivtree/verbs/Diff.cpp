@@ -127,9 +127,6 @@ void PrintTotals(const KivInspect::DiffTotals& totals, bool json, Context& conte
 }
 
 int RunDiff(const Options& options, Context& context) {
-    if (options.left == "-" && options.right == "-") {
-        throw Trouble("only one of the two trees can come from standard input.");
-    }
     const Input left = context.Load(options.left);
     const Input right = context.Load(options.right);
     const KivInspect::Names& names = left.names.IsEmpty() ? right.names : left.names;

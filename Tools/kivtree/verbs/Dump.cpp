@@ -41,7 +41,9 @@ Run DefineDump(CommandLine& words) {
     words.Add("FILE", options->file, "the tree; - is standard input").Required();
     words.Add("KEY", options->key, "the node to begin with; without it, the root");
     words.AddFlag("--all", options->all, "show every child and whole values");
-    words.Add("--children", options->dump.children, "how many children of each node are shown").Positive().Named("N");
+    words.Add("--children", options->dump.children, "how many children of each node are shown (10)")
+        .Positive()
+        .Named("N");
     words.Add("--depth", options->dump.depth, "how many levels below the first node are shown")
         .NotNegative()
         .Named("N");
