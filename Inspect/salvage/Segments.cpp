@@ -13,7 +13,10 @@ constexpr std::size_t MaxRepairs = 8;
 
 class Reader {
 public:
-    explicit Reader(bool repair) : repairsLeft_(repair ? MaxRepairs : 0) { left_.segments.emplace_back(); }
+    Reader(const SalvageOptions& options, std::uint64_t size)
+        : progress_(options.progress), size_(size), repairsLeft_(options.repair ? MaxRepairs : 0) {
+        left_.segments.emplace_back();
+    }
 
     void Take(const ScannedPart& part) {
         switch (part.kind) {
@@ -64,7 +67,11 @@ private:
             return false;
         }
         repairsLeft_ -= 1;
-        const KivStorage::RepairedBlock repaired = KivStorage::RepairBlock(part);
+        KivStorage::RepairProgress progress;
+        if (progress_) {
+            progress = [&](std::size_t tried) { progress_(part.offset + tried, size_); };
+        }
+        const KivStorage::RepairedBlock repaired = KivStorage::RepairBlock(part, progress);
         if (!repaired.found) {
             return false;
         }
@@ -75,13 +82,15 @@ private:
     }
 
     Segments left_;
+    const Progress& progress_;
+    std::uint64_t size_;  // of the file
     std::size_t repairsLeft_;
 };
 
 }  // namespace
 
 Segments ReadSegments(KivStorage::FileScanner& scanner, const SalvageOptions& options) {
-    Reader reader(options.repair);
+    Reader reader(options, scanner.GetSize());
     ScannedPart part;
     while (scanner.Next(part)) {
         // Of other data nothing can be read.

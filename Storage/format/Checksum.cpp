@@ -1,5 +1,7 @@
 #include "format/Checksum.h"
 
+#include <new>
+
 #include <xxhash.h>
 
 #include "format/LittleEndian.h"
@@ -8,6 +10,34 @@ namespace KivStorage {
 
 std::uint64_t Checksum(const std::uint8_t* bytes, std::size_t count, std::uint64_t seed) noexcept {
     return XXH3_64bits_withSeed(bytes, count, seed);
+}
+
+struct PiecewiseChecksum::State {
+    XXH3_state_t* const xxh = XXH3_createState();
+};
+
+PiecewiseChecksum::PiecewiseChecksum(std::uint64_t seed) : state_(new State) {
+    if (state_->xxh == nullptr) {
+        throw std::bad_alloc();
+    }
+    XXH3_64bits_reset_withSeed(state_->xxh, seed);
+}
+
+void PiecewiseChecksum::Add(const std::uint8_t* bytes, std::size_t count) noexcept {
+    XXH3_64bits_update(state_->xxh, bytes, count);
+}
+
+void PiecewiseChecksum::StartFrom(const PiecewiseChecksum& other) noexcept {
+    XXH3_copyState(state_->xxh, other.state_->xxh);
+}
+
+std::uint64_t PiecewiseChecksum::Get() const noexcept {
+    return XXH3_64bits_digest(state_->xxh);
+}
+
+void PiecewiseChecksum::Free::operator()(State* state) const noexcept {
+    XXH3_freeState(state->xxh);
+    delete state;
 }
 
 std::uint64_t ChainChecksum(std::uint64_t chain, std::uint64_t blockChecksum) noexcept {

@@ -141,6 +141,11 @@ protected:
         if (command.find("large.kivtext") == std::string::npos) {
             ASSERT_EQ(RunTool({"convert", "-f", folder_ / "large.kivtext", folder_ / "large.kiv"}).code, 0);
         }
+        if (command.find("damaged.kiv") != std::string::npos) {
+            std::string bytes = ReadFile(folder_ / "large.kiv");
+            bytes[3'000'000] = static_cast<char>(bytes[3'000'000] ^ 0x11);
+            WriteFile(folder_ / "damaged.kiv", bytes);
+        }
     }
 
     static std::string Lines(const std::string& first, const std::string& before, const std::string& last) {
@@ -200,6 +205,7 @@ INSTANTIATE_TEST_SUITE_P(
         LongStep{"Check", "$KIVTREE check large.kiv", "(checking|reading) large.kiv", "rchar"},
         LongStep{"Annotate", "$KIVTREE annotate large.kiv >annotated", "reading large.kiv", "rchar"},
         LongStep{"Salvage", "$KIVTREE salvage large.kiv", "reading large.kiv", "rchar"},
+        LongStep{"Repair", "$KIVTREE salvage damaged.kiv", "reading damaged.kiv", "rchar"},
         LongStep{"Stats", "$KIVTREE stats large.kiv", "reading large.kiv", "rchar"},
         LongStep{"LoadOfTheBinaryForm", "$KIVTREE get large.kiv 0:7:", "reading large.kiv", "rchar"},
         LongStep{"LoadOfText", "$KIVTREE get large.kivtext 0:7:", "reading large.kivtext", "rchar"},

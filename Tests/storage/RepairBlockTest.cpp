@@ -42,6 +42,17 @@ TEST(RepairBlockTest, OneWrongBitOfAFullBlockIsPutRight) {
     EXPECT_EQ(0x11, repaired.bytes[3000]);
 }
 
+TEST(RepairBlockTest, ProgressIsToldUntilTheWrongByteIsFound) {
+    Bytes damaged = Frame(Bytes(2000, 0x11), 1);
+    damaged[24 + 600] ^= 0x20;
+    const auto scanner = FileScanner::OpenMemory(damaged.data(), damaged.size());
+    ScannedPart part;
+    ASSERT_TRUE(scanner->Next(part) && scanner->Next(part));
+    std::vector<std::size_t> tried;
+    EXPECT_TRUE(RepairBlock(part, [&tried](std::size_t bytes) { tried.push_back(bytes); }).found);
+    EXPECT_EQ(tried, (std::vector<std::size_t>{256, 512}));
+}
+
 TEST(RepairBlockTest, TwoWrongBytesAreBeyondRepair) {
     Bytes damaged = Frame(Bytes(300, 0x5A), 1);
     damaged[100] ^= 1;
