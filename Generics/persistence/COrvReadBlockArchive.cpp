@@ -3,6 +3,7 @@
 #include <memory>
 #include <new>
 
+#include "core/TextUnits.h"
 #include "persistence/Halves.h"
 
 namespace KivGenerics {
@@ -67,8 +68,7 @@ std::int32_t COrvReadBlockArchive::ReadUnits(char16_t* units, std::uint32_t leng
     if (result < 0) {
         return result;
     }
-    units[length] = u'\0';
-    text.assign(units);
+    text.assign(units, CountBeforeNul(units, length));
     return ResultSuccess;
 }
 

@@ -262,7 +262,12 @@ std::int32_t ReadIntoRoom(const MapChildren& children, ArchiveDecoder& decoder, 
     if (node == nullptr) {
         return ResultOutOfMemory;
     }
-    children.Put(index, node);
+    if (children.IsSlot(index)) {
+        NodeAccess::NoteChild(children.map);
+        children.slots[index] = node;
+    } else {
+        children.Put(index, node);
+    }
     constexpr std::uint32_t kTemporalities = 2;  // the one that NewNode sets, and the one that was read
     tree.CountMore(kTemporalities);
     NodeAccess::SetTemporalityOfNew(*node, temporality);
@@ -415,7 +420,7 @@ std::int32_t ReadMap(Map& map, ArchiveDecoder& decoder, bool longCount) {
             continue;
         }
         result = ReadLeafChild(children, decoder, key, count - i);
-        if (result >= 0 && i + 1 < count) {
+        if (result >= 0 && i + 1 < count && !children.IsSlot(key.index)) {
             std::size_t done = 0;
             result = ReadRunBeyond(children, decoder, keys, i + 1, done);
             i += static_cast<std::uint32_t>(done);

@@ -13,7 +13,7 @@
 #include "core/ChildCursor.h"
 #include "core/FrameStack.h"
 #include "core/Raise.h"
-#include "core/TextOrder.h"
+#include "core/TextUnits.h"
 #include "core/Texts.h"
 #include "traversal/CompositeWalk.h"
 #include "traversal/MapCompareVisitor.h"
@@ -52,7 +52,7 @@ int CompareValues(const T& mine, const T& theirs) {
     if constexpr (T::StaticType == NodeTypeGlobalID) {
         return KivBase::CompareGUID(left, right);
     } else if constexpr (T::StaticType == NodeTypeString) {
-        return CompareTexts(left, right.c_str());
+        return CompareTexts(left, right);
     } else {
         return left < right ? -1 : (right < left ? 1 : 0);
     }

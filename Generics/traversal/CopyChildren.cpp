@@ -57,11 +57,11 @@ Node* MakeInRoom(TreeImpl& tree, const MapChildren& target, Node& source) {
 }
 
 template <class T>
-Node* CopyIntoRoom(TreeImpl& tree, const MapChildren& target, Node& source) {
-    const int index = source.GetIndex();
-    T* const copy = tree.Create<T>(&target.map, index);
+Node* CopyIntoSlot(TreeImpl& tree, Map& target, Node*& slot, Node& source) {
+    T* const copy = tree.Create<T>(&target, source.GetIndex());
     if (copy != nullptr) {
-        target.Put(index, copy);
+        NodeAccess::NoteChild(target);
+        slot = copy;
         tree.CountMore(kChangesInMap - 1);
         FillLeaf(*copy, static_cast<T&>(source));
     }
@@ -100,13 +100,14 @@ Node* Populated(Node* copy, Node& source) {
 /// Copies a child of any kind that is no composite; null where there is no node to be had.
 Node* CopyLeafIntoMap(TreeImpl& tree, const MapChildren& target, Node& source, Composite& parent) {
     const int index = source.GetIndex();
-    if (target.HasRoom(index)) {
+    if (target.IsSlot(index) && target.slots[index] == nullptr) {
+        Node*& slot = target.slots[index];
         switch (source.GetType()) {
-            case NodeTypeInteger: return CopyIntoRoom<Integer>(tree, target, source);
-            case NodeTypeGlobalID: return CopyIntoRoom<GlobalID>(tree, target, source);
-            case NodeTypeDouble: return CopyIntoRoom<Double>(tree, target, source);
-            case NodeTypeBoolean: return CopyIntoRoom<Boolean>(tree, target, source);
-            case NodeTypeInteger64: return CopyIntoRoom<Integer64>(tree, target, source);
+            case NodeTypeInteger: return CopyIntoSlot<Integer>(tree, target.map, slot, source);
+            case NodeTypeGlobalID: return CopyIntoSlot<GlobalID>(tree, target.map, slot, source);
+            case NodeTypeDouble: return CopyIntoSlot<Double>(tree, target.map, slot, source);
+            case NodeTypeBoolean: return CopyIntoSlot<Boolean>(tree, target.map, slot, source);
+            case NodeTypeInteger64: return CopyIntoSlot<Integer64>(tree, target.map, slot, source);
             case NodeTypeString:
             case NodeTypeVector:
             case NodeTypeMap:
@@ -130,6 +131,8 @@ Node* const* FindEndOfKind(Node* const* first, Node* const* end) noexcept {
 
 /// Few enough leaves that all are still in the processor's cache when they have been looked at once.
 constexpr std::ptrdiff_t kFewLeaves = 64;
+/// Fewer are copied one by one.
+constexpr std::ptrdiff_t kShortestRun = 8;
 
 /// Copies the elements of this kind that come next into the room that the target and the present block have; it answers how
 /// many.
@@ -157,7 +160,7 @@ bool CopyElements(TreeImpl& tree, Vector& target, Copied& copied, Node*& next) {
     Node* const* const end = copied.children.GetRunEnd();
     NodeAccess::NoteChild(target);
     while (place != end && (*place)->GetType() == T::StaticType) {
-        if (const std::size_t count = CopyRun<T>(tree, target, place, end)) {
+        if (const std::size_t count = end - place >= kShortestRun ? CopyRun<T>(tree, target, place, end) : 0) {
             place += count;
             continue;
         }
@@ -231,7 +234,7 @@ void CopyRunBeyond(TreeImpl& tree, const MapChildren& target, ChildCursor& child
 /// The same for whatever leaf has been taken last; false, with nothing done, where that is none to be copied so.
 bool CopyRunBeyond(TreeImpl& tree, const MapChildren& target, ChildCursor& children, const Node& source) {
     Node* const* const taken = children.GetTaken();
-    if (target.IsSlot(source.GetIndex()) || !target.HasRoom(source.GetIndex())) {
+    if (!target.HasRoom(source.GetIndex())) {
         return false;
     }
     switch (source.GetType()) {
@@ -270,7 +273,7 @@ Node* CopyLeavesIntoMap(Map& target, Copied& copied) {
             }
         } else if (isComposite) {
             break;
-        } else if (!CopyRunBeyond(tree, places, children, *child) &&
+        } else if ((places.IsSlot(child->GetIndex()) || !CopyRunBeyond(tree, places, children, *child)) &&
                    CopyLeafIntoMap(tree, places, *child, copied.source) == nullptr) {
             return nullptr;
         }

@@ -1,6 +1,6 @@
 #include <KivGenerics/String.h>
 
-#include "core/TextOrder.h"
+#include "core/TextUnits.h"
 #include "core/TreeImpl.h"
 #include "values/LeafOperations.h"
 
@@ -36,17 +36,18 @@ void String::Clear() {
 
 void String::Populate(Node* other) {
     Node::Populate(other);
-    value_.assign(static_cast<String*>(other)->value_.c_str());
+    const KivBase::WString& theirs = static_cast<String*>(other)->value_;
+    value_.assign(theirs.data(), CountBeforeNul(theirs.data(), theirs.size()));
 }
 
 int String::Compare(Node* other, EnumOrvGenericsTemporality t, bool recalc) {
     return CompareLeaf(*this, other, t, recalc,
-                       [&] { return CompareTexts(value_, static_cast<String*>(other)->value_.c_str()); });
+                       [&] { return CompareTexts(value_, static_cast<String*>(other)->value_); });
 }
 
 bool String::MergeWith(Node* other, bool flag) {
     const bool agreed = MergeWithChecks(other, flag);
-    return agreed && CompareTexts(value_, static_cast<String*>(other)->value_.c_str()) == 0;
+    return agreed && CompareTexts(value_, static_cast<String*>(other)->value_) == 0;
 }
 
 }  // namespace KivGenerics
