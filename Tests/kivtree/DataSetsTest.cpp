@@ -25,6 +25,36 @@ void ExpectEveryFormGivesItBack(const Folder& folder, const std::string& tree) {
     EXPECT_EQ(same.code, 0) << same.out.substr(0, 1000);
 }
 
+/// Lets every verb that looks at a tree, merges or draws it work on a saved one.
+void ExpectEveryVerbTakesIt(const Folder& folder, const std::string& tree) {
+    const std::vector<std::vector<std::string>> all = {{"info", tree},
+                                                       {"ls", "-r", tree},
+                                                       {"dump", tree},
+                                                       {"dump", "--all", tree},
+                                                       {"get", tree, ":"},
+                                                       {"find", tree, "--kind", "Map", "--count"},
+                                                       {"diff", tree, tree},
+                                                       {"merge", tree, tree, "-o", folder / "merged.kiv"},
+                                                       {"merge3", tree, tree, tree, "-o", folder / "merged3.kiv"},
+                                                       {"check", "--strict", tree},
+                                                       {"stats", tree},
+                                                       {"stats", "--svg", folder / "stats.svg", tree},
+                                                       {"view", tree, "-o", folder / "page.html"},
+                                                       {"view", tree, tree, "-o", folder / "diff.html"},
+                                                       {"view", "--format", "dot", tree},
+                                                       {"view", "--format", "svg", "--depth", "3", tree},
+                                                       {"annotate", tree},
+                                                       {"salvage", tree, "-o", folder / "salvaged.kiv"}};
+    for (const auto& words : all) {
+        const Ran ran = RunTool(words);
+        EXPECT_EQ(ran.code, 0) << words[0] << ": " << ran.err;
+        EXPECT_EQ(ran.err, "") << words[0];
+    }
+    EXPECT_TRUE(ReadFile(tree) == ReadFile(folder / "merged.kiv")) << tree;
+    EXPECT_TRUE(ReadFile(tree) == ReadFile(folder / "merged3.kiv")) << tree;
+    EXPECT_TRUE(ReadFile(tree) == ReadFile(folder / "salvaged.kiv")) << tree;
+}
+
 class IsoCodesTest : public testing::TestWithParam<const char*> {};
 
 TEST_P(IsoCodesTest, AnImportedDocumentGoesThroughEveryForm) {
@@ -34,10 +64,19 @@ TEST_P(IsoCodesTest, AnImportedDocumentGoesThroughEveryForm) {
     ExpectEveryFormGivesItBack(folder, folder / "0.kiv");
 }
 
+TEST_P(IsoCodesTest, EveryVerbTakesAnImportedDocument) {
+    const Folder folder;
+    const Ran ran = RunTool({"import", "/usr/share/iso-codes/json/" + std::string(GetParam()), folder / "0.kiv"});
+    ASSERT_EQ(ran.code, 0) << ran.err;
+    ExpectEveryVerbTakesIt(folder, folder / "0.kiv");
+}
+
 INSTANTIATE_TEST_SUITE_P(Documents, IsoCodesTest,
                          testing::Values("iso_15924.json", "iso_3166-1.json", "iso_3166-2.json", "iso_3166-3.json",
                                          "iso_4217.json", "iso_639-2.json", "iso_639-3.json", "iso_639-5.json",
-                                         "schema-3166-1.json"),
+                                         "schema-15924.json", "schema-3166-1.json", "schema-3166-2.json",
+                                         "schema-3166-3.json", "schema-4217.json", "schema-639-2.json",
+                                         "schema-639-3.json", "schema-639-5.json"),
                          [](const auto& each) {
                              std::string name = each.param;
                              for (char& c : name) {
@@ -71,6 +110,10 @@ protected:
 
 TEST_F(UnicodeTreeTest, ItGoesThroughEveryForm) {
     ExpectEveryFormGivesItBack(folder_, tree_);
+}
+
+TEST_F(UnicodeTreeTest, EveryVerbTakesIt) {
+    ExpectEveryVerbTakesIt(folder_, tree_);
 }
 
 TEST_F(UnicodeTreeTest, ItsDictionaryNamesPartsAndFields) {
