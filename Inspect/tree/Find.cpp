@@ -67,6 +67,16 @@ class PatternWalk {
 public:
     PatternWalk(const KeyPattern& pattern, const Names* names) : pattern_(pattern), names_(names) {}
 
+    /// Whether the node that the walk has come to matches; it skips what cannot match below.
+    bool Accepts(Walk& walk) {
+        const KeyPattern::State& state = Enter(walk.GetNode(), walk.GetDepth());
+        if (!pattern_.MayGoOn(state)) {
+            walk.SkipChildren();
+        }
+        return pattern_.Accepts(state);
+    }
+
+private:
     const KeyPattern::State& Enter(Node* node, int depth) {
         const auto level = static_cast<std::size_t>(depth);
         states_.resize(level);
@@ -75,7 +85,6 @@ public:
         return states_.back();
     }
 
-private:
     const KeyPattern& pattern_;
     const Names* names_;
     std::vector<KeyPattern::State> states_;
@@ -90,14 +99,7 @@ void Find(const Tree* tree, const FindQuery& query, const Names* names, const On
     }
     Walk walk(tree->GetRoot());
     while (Node* const node = walk.Next()) {
-        bool matches = true;
-        if (path) {
-            const KeyPattern::State& state = path->Enter(node, walk.GetDepth());
-            matches = query.key->Accepts(state);
-            if (!query.key->MayGoOn(state)) {
-                walk.SkipChildren();
-            }
-        }
+        const bool matches = !path || path->Accepts(walk);
         if (matches && IsFound(node, query) && !onFound(node, walk)) {
             return;
         }
