@@ -1,14 +1,11 @@
-// How maps are written, read and sized.
+// How maps are written and sized.
 
-#include <algorithm>
 #include <cstddef>
 
 #include <KivCOMShared/COrvSizeArchive.h>
 
-#include "core/LeafRun.h"
 #include "core/MapChildren.h"
 #include "persistence/BytePacker.h"
-#include "persistence/ReadChild.h"
 #include "persistence/WriteNode.h"
 
 namespace KivGenerics {
@@ -209,166 +206,6 @@ private:
     Node* slots_[kMostSlots];  // from the front the leaves in the fixed slots, from the back the composites
 };
 
-std::int32_t ReadCount(ArchiveDecoder& decoder, bool longCount, std::uint32_t& count) {
-    if (longCount) {
-        count = decoder.GetBytes(4);
-    } else {
-        const std::uint32_t first = decoder.PeekByte();
-        if (!decoder.HasFailed()) {
-            count = (first & 0x80) != 0 ? decoder.GetBytes(2) & 0x7FFF : decoder.GetBytes(1);
-        }
-    }
-    return decoder.GetStatus();
-}
-
-std::uint32_t ReadTypeCode(ArchiveDecoder& decoder) {
-    const std::uint32_t type = decoder.GetByte();
-    const bool hasExtra = (type & kTypeMask) >= kFirstTypeWithExtraWords;
-    return hasExtra ? type << 8 | decoder.GetByte() : type;
-}
-
-/// Adds the next key. What it adds means nothing when the decoder has failed afterwards.
-void ReadSlotKey(ArchiveDecoder& decoder, ArchiveDecoder::Keys& keys) {
-    const std::uint32_t first = decoder.PeekByte();
-    std::uint32_t index = 0;
-    if (decoder.HasFailed()) {
-        return;
-    }
-    if ((first & 0x40) == 0) {
-        index = decoder.GetByte() & 0x7F;
-    } else if ((first & 0x20) != 0) {
-        index = decoder.GetBytes(4) & 0x1FFFFFFF;
-    } else {
-        index = decoder.GetBytes(2) & 0x1FFF;
-    }
-    const bool hasType = (first & 0x80) != 0 && !decoder.HasFailed();
-    keys.Add(static_cast<std::int32_t>(index), hasType ? ReadTypeCode(decoder) : 0);
-}
-
-/// `expected` is the number of children that are still to come, this one included.
-std::int32_t ReadNewChild(const MapChildren& children, ArchiveDecoder& decoder, int index, NodeType type,
-                          EnumOrvGenericsTemporality temporality, bool longCount, std::size_t expected) {
-    return ReadChild(decoder, type, temporality, longCount, [&](NodeType kind, SemanticTag tag) {
-        return NewNodeInMap(children, index, kind, false, tag, expected);
-    });
-}
-
-/// Makes a child of a kind known when compiling where there is room, as NewNode would, gives it its temporality and reads it.
-template <class T>
-std::int32_t ReadIntoRoom(const MapChildren& children, ArchiveDecoder& decoder, int index,
-                          EnumOrvGenericsTemporality temporality, bool longCount) {
-    TreeImpl& tree = *NodeAccess::GetTree(children.map);
-    T* const node = tree.Create<T>(&children.map, index);
-    if (node == nullptr) {
-        return ResultOutOfMemory;
-    }
-    if (children.IsSlot(index)) {
-        NodeAccess::NoteChild(children.map);
-        children.slots[index] = node;
-    } else {
-        children.Put(index, node);
-    }
-    constexpr std::uint32_t kTemporalities = 2;  // the one that NewNode sets, and the one that was read
-    tree.CountMore(kTemporalities);
-    NodeAccess::SetTemporalityOfNew(*node, temporality);
-    return ReadValue(*node, decoder, longCount);
-}
-
-std::int32_t ReadLeafIntoRoom(const MapChildren& children, ArchiveDecoder& decoder, int index, const LeafKind& kind) {
-    switch (kind.type) {
-        case NodeTypeInteger: return ReadIntoRoom<Integer>(children, decoder, index, kind.temporality, false);
-        case NodeTypeGlobalID: return ReadIntoRoom<GlobalID>(children, decoder, index, kind.temporality, false);
-        case NodeTypeString: return ReadIntoRoom<String>(children, decoder, index, kind.temporality, false);
-        case NodeTypeDouble: return ReadIntoRoom<Double>(children, decoder, index, kind.temporality, false);
-        case NodeTypeBoolean: return ReadIntoRoom<Boolean>(children, decoder, index, kind.temporality, false);
-        case NodeTypeInteger64: return ReadIntoRoom<Integer64>(children, decoder, index, kind.temporality, false);
-        case NodeTypeVector:
-        case NodeTypeMap:
-        case NodeTypeIntegerSet:
-        case NodeTypeIdSet:
-        case NodeTypeStringSet:
-        case NodeTypeDoubleSet: break;
-    }
-    return ReadNewChild(children, decoder, index, kind.type, kind.temporality, false, 0);
-}
-
-/// Reads leaves of one kind into the overflow store, one behind the other, as long as the keys from `first` on name them and
-/// neither the store nor the tree needs memory for them. `done` says how many there were.
-template <class T>
-std::int32_t ReadRun(const MapChildren& children, ArchiveDecoder& decoder, const ArchiveDecoder::Keys& keys,
-                     std::size_t first, std::size_t& done) {
-    TreeImpl& tree = *NodeAccess::GetTree(children.map);
-    const std::size_t room = (std::min)(children.overflow->CountAppendable(), LeafRun<T>::Count(tree));
-    const std::size_t most = (std::min)(room, keys.CountAlike(first));
-    const EnumOrvGenericsTemporality temporality = DecodeTypeCode(keys.Get(first).typeCode, 0).temporality;
-    constexpr std::uint32_t kChanges = 3;  // being made, and two temporalities
-    LeafRun<T> run(tree, &children.map, most, kChanges);
-    std::int32_t result = ResultSuccess;
-    for (done = 0; result >= 0 && done < most; ++done) {
-        const int index = keys.Get(first + done).index;
-        T* const leaf = run.Make(index);
-        children.overflow->Append(index, leaf);
-        NodeAccess::SetTemporalityOfNew(*leaf, temporality);
-        result = ReadValue(*leaf, decoder);
-    }
-    return result;
-}
-
-/// The same for whatever the key `first` names; nothing is done where that is no plain leaf for the end of the store.
-std::int32_t ReadRunBeyond(const MapChildren& children, ArchiveDecoder& decoder, const ArchiveDecoder::Keys& keys,
-                           std::size_t first, std::size_t& done) {
-    const SlotKey key = keys.Get(first);
-    done = 0;
-    if (children.IsSlot(key.index) || !children.HasRoom(key.index)) {
-        return ResultSuccess;
-    }
-    switch (DecodeTypeCode(key.typeCode <= 0xFF ? key.typeCode : 0, 0).type) {
-        case NodeTypeInteger: return ReadRun<Integer>(children, decoder, keys, first, done);
-        case NodeTypeGlobalID: return ReadRun<GlobalID>(children, decoder, keys, first, done);
-        case NodeTypeDouble: return ReadRun<Double>(children, decoder, keys, first, done);
-        case NodeTypeBoolean: return ReadRun<Boolean>(children, decoder, keys, first, done);
-        case NodeTypeInteger64: return ReadRun<Integer64>(children, decoder, keys, first, done);
-        case NodeTypeString:
-        case NodeTypeVector:
-        case NodeTypeMap:
-        case NodeTypeIntegerSet:
-        case NodeTypeIdSet:
-        case NodeTypeStringSet:
-        case NodeTypeDoubleSet: break;
-    }
-    return ResultSuccess;
-}
-
-std::int32_t ReadLeafChild(const MapChildren& children, ArchiveDecoder& decoder, const SlotKey& key,
-                           std::size_t expected) {
-    const bool hasExtra = key.typeCode > 0xFF;
-    const LeafKind kind =
-        DecodeTypeCode(hasExtra ? key.typeCode >> 8 : key.typeCode, hasExtra ? key.typeCode & 0xFF : 0);
-    if (!IsKnownType(kind.type)) {
-        return SkipWords(decoder, kind.extraWords);
-    }
-    return children.HasRoom(key.index)
-               ? ReadLeafIntoRoom(children, decoder, key.index, kind)
-               : ReadNewChild(children, decoder, key.index, kind.type, kind.temporality, false, expected);
-}
-
-std::int32_t ReadObjectChild(const MapChildren& children, ArchiveDecoder& decoder, const SlotKey& key,
-                             std::size_t expected) {
-    std::uint16_t objectTag = 0;
-    std::int32_t result = decoder.ReadObjectTag(&objectTag);
-    if (result != ResultSuccess) {
-        return result < 0 ? result : ResultSuccess;  // no object: nothing is made for this key
-    }
-    const ObjectKind kind = DecodeObjectTag(objectTag);
-    if (IsKnownType(kind.type)) {
-        result =
-            kind.type == NodeTypeVector && children.HasRoom(key.index)
-                ? ReadIntoRoom<Vector>(children, decoder, key.index, kind.temporality, kind.longCount)
-                : ReadNewChild(children, decoder, key.index, kind.type, kind.temporality, kind.longCount, expected);
-    }
-    return result < 0 ? result : decoder.EndReadObject();
-}
-
 }  // namespace
 
 std::int32_t WriteMap(const MapChildren& children, COrvWriteArchive* archive, bool withTransient) {
@@ -395,38 +232,6 @@ std::int32_t WriteRoot(Node& root, const ArchiveWriter& out, bool withTransient,
     return root.GetType() == NodeTypeMap
                ? WriteRootMap(MapChildren(static_cast<Map&>(root)), out, withTransient, slotFlags)
                : root.WriteToArchive(out.GetArchive(), withTransient, slotFlags);
-}
-
-// All keys come before all values, so they are kept. Each costs at least a byte of what is read: the count in the header
-// reserves nothing.
-std::int32_t ReadMap(Map& map, ArchiveDecoder& decoder, bool longCount) {
-    const ArchiveDecoder::Level level(decoder);
-    if (level.IsTooDeep()) {
-        return ArchiveNestingTooDeep;
-    }
-    std::uint32_t count = 0;
-    std::int32_t result = ReadCount(decoder, longCount, count);
-    ArchiveDecoder::Keys keys(decoder);
-    for (std::uint32_t i = 0; result >= 0 && i < count; ++i) {
-        ReadSlotKey(decoder, keys);
-        result = decoder.GetStatus();
-    }
-    decoder.Realign();
-    const MapChildren children(map);
-    for (std::uint32_t i = 0; result >= 0 && i < count; ++i) {
-        const SlotKey key = keys.Get(i);
-        if (key.typeCode == 0) {
-            result = ReadObjectChild(children, decoder, key, count - i);
-            continue;
-        }
-        result = ReadLeafChild(children, decoder, key, count - i);
-        if (result >= 0 && i + 1 < count && !children.IsSlot(key.index)) {
-            std::size_t done = 0;
-            result = ReadRunBeyond(children, decoder, keys, i + 1, done);
-            i += static_cast<std::uint32_t>(done);
-        }
-    }
-    return result < 0 ? result : ResultSuccess;
 }
 
 // kept-on-purpose: map-size-estimate
