@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <new>
+#include <type_traits>
 
 #include <KivGenerics/Map.h>
 #include <KivGenerics/Node.h>
@@ -60,7 +61,17 @@ struct NodeAccess {
     /// Sets the own temporality without the guard; the derived one is to be calculated.
     static void SetTemporality(Node& node, EnumOrvGenericsTemporality t) noexcept { node.TakeTemporality(t); }
     /// The same for a node that is new.
-    static void SetTemporalityOfNew(Node& node, EnumOrvGenericsTemporality t) noexcept { node.TakeWhenNew(t); }
+    template <class T>
+    static void SetTemporalityOfNew(T& node, EnumOrvGenericsTemporality t) noexcept {
+        if constexpr (std::is_final_v<T> && !std::is_base_of_v<Composite, T>) {
+            node.temporality_ = t;
+            if (t != TemporalityDefault && t != TemporalityPersistent) {
+                node.tree_->NoteVaried();
+            }
+        } else {
+            node.TakeWhenNew(t);
+        }
+    }
     static void MakePersistent(Node& node) { node.MakePersistent(); }
     /// The temporality of a node that leaves the tree, which does not ask for its children any more.
     static void ResetTemporality(Node& node) noexcept {

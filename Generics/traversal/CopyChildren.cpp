@@ -143,10 +143,13 @@ std::size_t CopyRun(TreeImpl& tree, Vector& target, Node* const* first, Node* co
     const std::ptrdiff_t most = (std::min)({static_cast<std::ptrdiff_t>(room), kFewLeaves, end - first});
     end = FindEndOfKind<T>(first, first + most);
     const auto count = static_cast<std::size_t>(end - first);
+    auto index = static_cast<int>(elements.size());
+    elements.resize(elements.size() + count);
+    Node** place = elements.data() + index;
     LeafRun<T> run(tree, &target, count, kChangesInVector);
     for (; first != end; ++first) {
-        T* const copy = run.Make(static_cast<int>(elements.size()));
-        elements.push_back(copy);
+        T* const copy = run.Make(index++);
+        *place++ = copy;
         FillLeaf(*copy, static_cast<T&>(**first));
     }
     return count;
