@@ -21,11 +21,12 @@ bool IsNumberFrom(const std::string& word, Number least) {
     return CLI::detail::lexical_cast(word, number) && number >= least;
 }
 
-void CheckWhole(CLI::Option* option) {
+Option WholeNumber(CLI::Option* option) {
     Check(option, [](const std::string& word) {
         std::int64_t number = 0;
         return CLI::detail::lexical_cast(word, number) ? "" : "'" + word + "' is no whole number";
     });
+    return Option(option);
 }
 
 std::string Listed(const std::vector<std::string>& values) {
@@ -98,27 +99,19 @@ Option CommandLine::Add(const char* names, std::string& value, const char* descr
 }
 
 Option CommandLine::Add(const char* names, int& value, const char* description) {
-    CLI::Option* const option = app_->add_option(names, value, description);
-    CheckWhole(option);
-    return Option(option);
+    return WholeNumber(app_->add_option(names, value, description));
 }
 
 Option CommandLine::Add(const char* names, std::optional<int>& value, const char* description) {
-    CLI::Option* const option = app_->add_option(names, value, description);
-    CheckWhole(option);
-    return Option(option);
+    return WholeNumber(app_->add_option(names, value, description));
 }
 
 Option CommandLine::Add(const char* names, std::uint64_t& value, const char* description) {
-    CLI::Option* const option = app_->add_option(names, value, description);
-    CheckWhole(option);
-    return Option(option);
+    return WholeNumber(app_->add_option(names, value, description));
 }
 
 Option CommandLine::Add(const char* names, std::optional<std::uint64_t>& value, const char* description) {
-    CLI::Option* const option = app_->add_option(names, value, description);
-    CheckWhole(option);
-    return Option(option);
+    return WholeNumber(app_->add_option(names, value, description));
 }
 
 Option CommandLine::Add(const char* names, double& value, const char* description) {

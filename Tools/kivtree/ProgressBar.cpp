@@ -1,6 +1,7 @@
 #include "kivtree/ProgressBar.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <utility>
 
@@ -21,9 +22,9 @@ std::string Formatted(const char* format, double value) {
 }
 
 std::string TimeLeft(double seconds) {
-    const int whole = static_cast<int>(seconds + 0.5);
-    char text[32];
-    std::snprintf(text, sizeof text, "%d:%02d left", whole / 60, whole % 60);
+    const long whole = std::lround(seconds);
+    char text[64];
+    std::snprintf(text, sizeof text, "%ld:%02ld left", whole / 60, whole % 60);
     return text;
 }
 
