@@ -215,6 +215,52 @@ TEST_F(SortedChunksTest, WhatIsLeftOfManyKeysTakesLittleMemory) {
     EXPECT_EQ(0U, BytesInUse());
 }
 
+TEST_F(SortedChunksTest, AChunkOfWhichLittleIsLeftJoinsTheOneBeforeIt) {
+    std::int32_t full = 0;
+    for (; LevelsOf(chunks_) < 2; ++full) {
+        chunks_.Add(full);
+    }
+    --full;  // the last one has gone into a second chunk
+    for (std::int32_t i = full; i < 2 * full; ++i) {
+        chunks_.Add(i);
+    }
+    // From the front, so that the chunk behind has no room as long as there is anything to join.
+    for (std::int32_t i = 0; i < 2 * full; ++i) {
+        if (i % 20 != 0) {
+            chunks_.Remove(i);
+        }
+        ASSERT_TRUE(i >= full || LevelsOf(chunks_) == 2) << i;
+    }
+    EXPECT_EQ(0, Check(chunks_));
+    EXPECT_EQ(1, LevelsOf(chunks_)) << chunks_.size() << " of " << 2 * full << " keys are left";
+}
+
+// Ranges go, and some of their keys come back: chunks of every level lose their first ones, get others and join.
+TEST_F(SortedChunksTest, ThreeLevelsOfWideKeysShrinkToOneHoweverTheyGo) {
+    constexpr std::int32_t kKeys = 20'000;
+    WideChunks chunks(NewBuffer());
+    for (std::int32_t number = 0; number < kKeys; ++number) {
+        chunks.Add(Wide{number, {}});
+    }
+    ASSERT_EQ(3, LevelsOf(chunks));
+    std::mt19937 random = MakeRandom(2);
+    for (std::int32_t length = 3000; length > 0; length -= 10) {
+        const auto first = static_cast<std::int32_t>(random() % kKeys);
+        for (std::int32_t i = first; i < first + length; ++i) {
+            chunks.Remove(Wide{i, {}});
+        }
+        for (std::int32_t i = first; i < (std::min)(first + length, kKeys); i += 40) {
+            chunks.Add(Wide{i, {}});
+        }
+        ASSERT_EQ(0, Check(chunks)) << length;
+    }
+    EXPECT_LE(LevelsOf(chunks), 2);
+    for (std::int32_t number = 0; number < kKeys; ++number) {
+        chunks.Remove(Wide{number, {}});
+    }
+    EXPECT_EQ(0U, chunks.size());
+}
+
 TEST_F(SortedChunksTest, ClearingGivesAllMemoryBack) {
     for (std::int32_t i = 0; i < 100000; ++i) {
         chunks_.Add(i);
