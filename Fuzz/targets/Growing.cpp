@@ -169,9 +169,12 @@ private:
         }
     }
 
-    /// Mostly small; behind 0xFF any.
+    /// Mostly small; behind 0xFE of two bytes, behind 0xFF any.
     int TakeIndex() noexcept {
         const std::uint8_t index = input_.TakeByte();
+        if (index == 0xFE) {
+            return input_.TakeShort();
+        }
         return index < 0xFF ? index : input_.TakeLong();
     }
     SemanticTag TakeTag() noexcept {

@@ -45,8 +45,9 @@ int Choices::AnyIndex(const Item& composite) {
     if (composite.IsVector()) {
         return choice == 63 ? -1 : static_cast<int>(choice) % (CountChildren(composite) + (choice < 60 ? 1 : 2));
     }
-    constexpr int kRare[] = {-1, -7, 0x20000000, 0x1FFFFFFF, 100, 70000};
-    return choice >= 58 ? kRare[choice - 58] : static_cast<int>(choice % 11);
+    // Among them both ends of what a key of one byte, of two and of four holds.
+    constexpr int kRare[] = {-1, -7, 0x20000000, 0x1FFFFFFF, 100, 70000, 63, 64, 5000, 8191, 8192};
+    return choice >= 53 ? kRare[choice - 53] : static_cast<int>(choice % 11);
 }
 
 std::int32_t Choices::AnyNumber() {

@@ -27,6 +27,36 @@ const GUID kAscending[] = {
     {0x80000000, 0x0000, 0x0000, {0, 0, 0, 0, 0, 0, 0, 0}},
 };
 
+/// The GUID of which one bit is set, counted from the one that decides least.
+GUID IdOfBit(int bit) {
+    GUID id{};
+    if (bit < 64) {
+        const int byte = bit < 32 ? 4 + bit / 8 : (bit - 32) / 8;
+        id.Data4[byte] = static_cast<unsigned char>(1U << bit % 8);
+    } else if (bit < 80) {
+        id.Data2 = static_cast<std::uint16_t>(1U << bit % 16);
+    } else if (bit < 96) {
+        id.Data3 = static_cast<std::uint16_t>(1U << bit % 16);
+    } else {
+        id.Data1 = 1U << bit % 32;
+    }
+    return id;
+}
+
+TEST(IdSetTest, EveryBitDecidesBeforeTheLesserOnes) {
+    const ValueTree tree;
+    IdSet* const set = tree.Add<IdSet>(0);
+    for (int bit = 127; bit >= 0; --bit) {
+        set->Add(IdOfBit(bit));
+    }
+    ASSERT_EQ(128, set->Count());
+    for (int bit = 0; bit < 128; ++bit) {
+        GUID id{};
+        set->Item(bit, id);
+        EXPECT_EQ(TextOfValue(IdOfBit(bit)), TextOfValue(id)) << bit;
+    }
+}
+
 TEST(IdSetTest, OrdersGuidsAsFourUnsignedWords) {
     const ValueTree tree;
     IdSet* const set = tree.Add<IdSet>(0);
