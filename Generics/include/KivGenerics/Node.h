@@ -39,7 +39,6 @@ public:
           parent_(other.parent_) {
         tree_->NoteStray();
     }
-    Node(Node&& other) noexcept : Node(static_cast<const Node&>(other)) {}
     Node& operator=(const Node& other) noexcept {
         if (this != &other) {
             tree_->NoteOwnDerived();
