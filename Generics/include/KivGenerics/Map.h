@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 
 #include <KivGenerics/Composite.h>
 #include <KivGenerics/SortedChunks.h>
@@ -102,7 +101,10 @@ private:
     static constexpr int kGreatestIndex = 0x1FFFFFFF;
 
     // Children at indexes beyond the fixed slots, in ascending order, in the forest's memory.
-    using Overflow = SortedChunks<int, std::less<int>, Node*>;
+    struct IndexOrder {
+        bool operator()(int left, int right) const noexcept { return left < right; }
+    };
+    using Overflow = SortedChunks<int, IndexOrder, Node*>;
 
     // The fixed slots stand right behind this class, in every class that derives from it, and behind them the pointer to the
     // overflow store.
