@@ -34,14 +34,24 @@ pid_t StartTool(const std::vector<std::string>& words, int output) {
         arguments.push_back(word.data());
     }
     arguments.push_back(nullptr);
+    // Whoever runs the tests in the background may ignore these signals, and a process that is started inherits that.
+    sigset_t signals;
+    ::sigemptyset(&signals);
+    ::sigaddset(&signals, SIGINT);
+    ::sigaddset(&signals, SIGPIPE);
+    posix_spawnattr_t attributes;
+    ::posix_spawnattr_init(&attributes);
+    ::posix_spawnattr_setsigdefault(&attributes, &signals);
+    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
     posix_spawn_file_actions_t actions;
     ::posix_spawn_file_actions_init(&actions);
     if (output >= 0) {
         ::posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
     }
     pid_t process = 0;
-    EXPECT_EQ(::posix_spawn(&process, KIVTREE, &actions, nullptr, arguments.data(), environ), 0);
+    EXPECT_EQ(::posix_spawn(&process, KIVTREE, &actions, &attributes, arguments.data(), environ), 0);
     ::posix_spawn_file_actions_destroy(&actions);
+    ::posix_spawnattr_destroy(&attributes);
     return process;
 }
 
