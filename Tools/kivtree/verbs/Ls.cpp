@@ -57,7 +57,8 @@ void AddUp(std::vector<Row>& rows) {
 std::vector<Row> Collect(Node* top, bool recursive, const KivInspect::Names* names) {
     std::vector<Row> rows;
     KivInspect::Walk walk(top);
-    const bool isLeaf = walk.Next() != nullptr && !KivGenerics::IsCompositeType(top->GetType());
+    const Node* const first = walk.Next();  // the top itself, where there is one
+    const bool isLeaf = first != nullptr && !KivGenerics::IsCompositeType(first->GetType());
     for (Node* node = isLeaf ? top : walk.Next(); node != nullptr; node = walk.Next()) {
         const std::size_t size = recursive ? KivInspect::SizeOfValue(node) : KivInspect::SizeOf(node);
         rows.push_back({node, walk.GetKey(names), walk.GetDepth(), size});
