@@ -143,7 +143,8 @@ Bytes Join(const std::vector<Bytes>& parts) {
 }
 
 Bytes Frame(const Bytes& items, std::uint64_t count, std::size_t blockPayload) {
-    Bytes file = FromHex("89 4B 49 56 0D 0A 1A 0A 01 00 00 00 00 00 00 00");
+    static const Bytes header = FromHex("89 4B 49 56 0D 0A 1A 0A 01 00 00 00 00 00 00 00");
+    Bytes file = header;
     AddLittle(file, Hash(file.data(), 16, 0), 8);
     std::uint64_t blocks = 0;
     std::uint64_t chain = 0;
