@@ -15,8 +15,8 @@
 #include "core/Raise.h"
 #include "core/TextUnits.h"
 #include "core/Texts.h"
-#include "traversal/CompositeWalk.h"
 #include "traversal/MapCompareVisitor.h"
+#include "traversal/WalkFlags.h"
 
 namespace KivGenerics {
 namespace {

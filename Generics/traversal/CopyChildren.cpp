@@ -14,7 +14,7 @@
 #include "core/LeafRun.h"
 #include "core/Raise.h"
 #include "core/Texts.h"
-#include "traversal/CompositeWalk.h"
+#include "traversal/WalkFlags.h"
 
 namespace KivGenerics {
 namespace {

@@ -3,7 +3,7 @@
 #include <KivGenerics/VisitorNode.h>
 
 #include "core/MapChildren.h"
-#include "traversal/CompositeWalk.h"
+#include "traversal/WalkFlags.h"
 
 namespace KivGenerics {
 

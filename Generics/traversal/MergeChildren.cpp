@@ -5,8 +5,8 @@
 #include "core/FrameStack.h"
 #include "core/NextChild.h"
 #include "core/NodeAccess.h"
-#include "traversal/CompositeWalk.h"
 #include "traversal/CopyVisitors.h"
+#include "traversal/WalkFlags.h"
 
 namespace KivGenerics {
 namespace {

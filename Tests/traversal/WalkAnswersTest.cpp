@@ -133,6 +133,22 @@ TEST_F(WalkAnswersTest, RemovingACompositeAtTheSecondVisitShowsItsSubTreeBefore)
     EXPECT_EQ("{0:10 1:[20 22] 9:40}", Show(root_));
 }
 
+TEST_F(WalkAnswersTest, RemovingACompositeBeyondTheSlotsShowsNothingAgain) {
+    Map* const map = NewMap();
+    Put(map, 20, 1);
+    Put(map, 21, 2);
+    Vector* const first = PutVector(map, 22);
+    Append(first, 3);
+    Vector* const second = PutVector(map, 23);
+    Append(second, 4);
+    Put(map, 24, 5);
+    map->Detach();
+    EXPECT_EQ("1 2 (22: 3 )22: (23: 4 )23: 5", WalkWith(map, second, VisitRemove, true));
+    EXPECT_EQ("{20:1 21:2 22:[3] 24:5}", Show(map));
+    EXPECT_EQ("1 2 (22: 5", WalkWith(map, first, VisitRemove));
+    EXPECT_EQ("{20:1 21:2 24:5}", Show(map));
+}
+
 TEST_F(WalkAnswersTest, RemovingEverythingLeavesTheStartEmpty) {
     EXPECT_EQ("10 (1: (2: 40", Walk(root_, 0, 0, [](Node*, bool) { return VisitRemove; }));
     EXPECT_EQ("{}", Show(root_));

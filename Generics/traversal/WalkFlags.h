@@ -28,27 +28,4 @@ constexpr int GetChildFlags(int flags) noexcept {
 inline constexpr int kFlagsOfAllBelow =
     IterateTypeBits | IteratePreOrder | IterateSelf | IterateChildren | IterateDeeper | kSeeBits;
 
-/// A composite's step of a walk. `show(postOrder)` shows the composite itself, `walkChildren(childFlags)` answers false
-/// when the walk stops.
-template <class Show, class WalkChildren>
-VisitCode WalkComposite(bool self, int flags, Show show, WalkChildren walkChildren) {
-    if (self && (flags & IteratePreOrder) != 0) {
-        const VisitCode code = show(false);
-        if (code == VisitSkipChildren) {
-            return VisitContinue;
-        }
-        if (code != VisitContinue) {
-            return code;
-        }
-    }
-    if ((flags & (IterateChildren | IterateDeeper)) != 0 && !walkChildren(GetChildFlags(flags))) {
-        return VisitStop;
-    }
-    if (self && (flags & IteratePostOrder) != 0) {
-        const VisitCode code = show(true);
-        return code == VisitSkipChildren ? VisitContinue : code;
-    }
-    return VisitContinue;
-}
-
 }  // namespace KivGenerics
