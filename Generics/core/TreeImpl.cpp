@@ -201,17 +201,19 @@ void TreeImpl::ResetChangeCount() {
 // kept-on-purpose: find-key-needs-colon
 Node* TreeImpl::FindNodeByKey(const KivBase::WString& key) const {
     Node* node = root_;
-    std::uint32_t number = 0;
-    for (std::size_t i = 0; i < key.size() && node != nullptr; ++i) {
-        const char16_t unit = key[i];
-        if (unit >= u'0' && unit <= u'9') {
-            number = number * 10U + static_cast<std::uint32_t>(unit - u'0');
-        } else if (unit == u':' && IsCompositeType(node->GetType())) {
-            node = GetChild(*node, static_cast<std::int32_t>(number));
-            number = 0;
-        } else {
-            node = nullptr;
+    const char16_t* unit = key.data();
+    const char16_t* const end = unit + key.size();
+    while (unit != end && node != nullptr) {
+        std::uint32_t number = 0;
+        // The NUL behind a text is no digit either.
+        for (std::uint32_t digit = 0; (digit = std::uint32_t{*unit} - u'0') <= 9; ++unit) {
+            number = number * 10U + digit;
         }
+        if (unit == end) {
+            break;
+        }
+        const bool isStep = *unit++ == u':' && IsCompositeType(node->GetType());
+        node = isStep ? GetChild(*node, static_cast<std::int32_t>(number)) : nullptr;
     }
     return node;
 }

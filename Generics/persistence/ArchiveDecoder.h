@@ -77,7 +77,7 @@ public:
     }
     std::int32_t EndReadObject() { return own_ != nullptr ? own_->EndReadObject() : archive_->EndReadObject(); }
 
-    /// The next `count` bytes, 1, 2 or 4, as a number. 0 where a word cannot be read; nothing is taken then.
+    /// The next `count` bytes, 1 to 4, as a number. 0 where a word cannot be read; nothing is taken then.
     std::uint32_t GetBytes(int count) {
         if (!NeedBytes(count)) {
             return 0;
@@ -108,6 +108,10 @@ public:
     std::int32_t GetStatus() const noexcept { return status_; }
     bool HasFailed() const noexcept { return status_ < 0; }
     KivCOMShared::COrvReadArchive* GetArchive() const noexcept { return archive_; }
+    /// The stream below the library's own archive, while it can be read from; null with any other archive.
+    KivCOMShared::BlockReadStream* GetValueStream() const noexcept {
+        return own_ != nullptr ? own_->GetValueStream() : nullptr;
+    }
 
     /// One level of composites being read, as long as it lives.
     class Level {
@@ -132,17 +136,8 @@ public:
         Keys(const Keys&) = delete;
         Keys& operator=(const Keys&) = delete;
         /// Throws std::bad_alloc.
-        void Add(std::int32_t index, std::uint32_t typeCode) { keys_.emplace_back(index, typeCode); }
+        void Add(const SlotKey& key) { keys_.emplace_back(key.index, key.typeCode); }
         SlotKey Get(std::size_t i) const noexcept { return keys_[first_ + i]; }
-        /// How many keys from `i` on have the same type code and indexes in ascending order.
-        std::size_t CountAlike(std::size_t i) const noexcept {
-            std::size_t end = first_ + i + 1;
-            while (end < keys_.size() && keys_[end].typeCode == keys_[end - 1].typeCode &&
-                   keys_[end].index > keys_[end - 1].index) {
-                ++end;
-            }
-            return end - first_ - i;
-        }
 
     private:
         std::vector<SlotKey>& keys_;

@@ -49,6 +49,9 @@ public:
     COrvReadBlockArchive(const COrvReadBlockArchive&) = delete;
     COrvReadBlockArchive& operator=(const COrvReadBlockArchive&) = delete;
 
+    /// What reads values until the next object begins or ends; null where none can be read.
+    KivCOMShared::BlockReadStream* GetValueStream() const noexcept { return MayReadValue() ? stream_ : nullptr; }
+
 private:
     bool MayReadValue() const noexcept { return stream_ != nullptr && pendingTag_ == 0; }
     std::int32_t ReadUnits(char16_t* units, std::uint32_t length, KivBase::WString& text);

@@ -45,6 +45,9 @@ public:
     COrvWriteBlockArchive(const COrvWriteBlockArchive&) = delete;
     COrvWriteBlockArchive& operator=(const COrvWriteBlockArchive&) = delete;
 
+    /// Null, or what every operation calls, with nothing of its own added.
+    KivCOMShared::BlockWriteStream* GetStream() const noexcept { return stream_; }
+
 private:
     KivCOMShared::BlockWriteStream* stream_;
 };

@@ -39,37 +39,70 @@ inline std::int32_t WriteValue(const String& leaf, const ArchiveWriter& out) {
     return out.WriteString(NodeAccess::GetValue(leaf));
 }
 
-inline std::int32_t ReadValue(Integer& leaf, ArchiveDecoder& decoder) {
-    return decoder.ReadLong(&NodeAccess::GetValue(leaf));
+/// What values of leaves are read with one after the other, without an object in between: what has to be asked of a decoder for
+/// each is asked once.
+class ValueReader {
+public:
+    explicit ValueReader(ArchiveDecoder& decoder) noexcept : decoder_(decoder), stream_(decoder.GetValueStream()) {}
+
+    std::int32_t ReadLong(std::int32_t* value) const {
+        *value = 0;
+        return stream_ != nullptr ? stream_->GetLong(value) : decoder_.ReadLong(value);
+    }
+    std::int32_t ReadDouble(double* value) const {
+        *value = 0.0;
+        return stream_ != nullptr ? stream_->GetDouble(value) : decoder_.ReadDouble(value);
+    }
+    std::int32_t ReadGUID(GUID* value) const {
+        *value = GUID{};
+        return stream_ != nullptr ? stream_->GetGUID(value) : decoder_.ReadGUID(value);
+    }
+    std::int32_t ReadWideString(KivBase::WString& text) const { return decoder_.ReadWideString(text); }
+
+private:
+    ArchiveDecoder& decoder_;
+    KivCOMShared::BlockReadStream* const stream_;
+};
+
+// `Reader` is a ValueReader or an ArchiveDecoder.
+
+template <class Reader>
+std::int32_t ReadValue(Integer& leaf, Reader& reader) {
+    return reader.ReadLong(&NodeAccess::GetValue(leaf));
 }
-inline std::int32_t ReadValue(Boolean& leaf, ArchiveDecoder& decoder) {
+template <class Reader>
+std::int32_t ReadValue(Boolean& leaf, Reader& reader) {
     std::int32_t value = 0;
-    const std::int32_t result = decoder.ReadLong(&value);
+    const std::int32_t result = reader.ReadLong(&value);
     if (result >= 0) {
         NodeAccess::GetValue(leaf) = value != 0;
     }
     return result;
 }
-inline std::int32_t ReadValue(Integer64& leaf, ArchiveDecoder& decoder) {
+template <class Reader>
+std::int32_t ReadValue(Integer64& leaf, Reader& reader) {
     std::int32_t low = 0;
     std::int32_t high = 0;
-    std::int32_t result = decoder.ReadLong(&low);
+    std::int32_t result = reader.ReadLong(&low);
     if (result >= 0) {
-        result = decoder.ReadLong(&high);
+        result = reader.ReadLong(&high);
     }
     if (result >= 0) {
         NodeAccess::GetValue(leaf) = JoinHalves(low, high);
     }
     return result;
 }
-inline std::int32_t ReadValue(Double& leaf, ArchiveDecoder& decoder) {
-    return decoder.ReadDouble(&NodeAccess::GetValue(leaf));
+template <class Reader>
+std::int32_t ReadValue(Double& leaf, Reader& reader) {
+    return reader.ReadDouble(&NodeAccess::GetValue(leaf));
 }
-inline std::int32_t ReadValue(GlobalID& leaf, ArchiveDecoder& decoder) {
-    return decoder.ReadGUID(&NodeAccess::GetValue(leaf));
+template <class Reader>
+std::int32_t ReadValue(GlobalID& leaf, Reader& reader) {
+    return reader.ReadGUID(&NodeAccess::GetValue(leaf));
 }
-inline std::int32_t ReadValue(String& leaf, ArchiveDecoder& decoder) {
-    return decoder.ReadWideString(NodeAccess::GetValue(leaf));
+template <class Reader>
+std::int32_t ReadValue(String& leaf, Reader& reader) {
+    return reader.ReadWideString(NodeAccess::GetValue(leaf));
 }
 
 }  // namespace KivGenerics

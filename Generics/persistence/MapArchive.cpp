@@ -1,6 +1,6 @@
 // How maps are written and sized.
 
-#include <cstddef>
+#include <algorithm>
 
 #include <KivCOMShared/COrvSizeArchive.h>
 
@@ -82,23 +82,20 @@ class MapWriter {
 public:
     MapWriter(const MapChildren& children, const ArchiveWriter& out, bool withTransient)
         : map_(children.map),
-          overflow_(children.overflow),
           out_(out),
           withTransient_(withTransient),
-          isAllWritten_(out.IsAllPersistent()) {}
+          written_{out.IsAllPersistent(), GetLimit(withTransient)} {}
 
     /// All children that are not too transient.
     void Gather(const MapChildren& children) {
         for (int slot = 0; slot < children.slotCount; ++slot) {
             Node* const child = children.slots[slot];
-            if (child != nullptr && IsWritten(*child)) {
-                (IsCompositeType(child->GetType()) ? slots_[--composites_] : slots_[leaves_++]) = child;
+            if (child != nullptr && written_.Has(*child)) {
+                (IsCompositeType(child->GetType()) ? *--firstComposite_ : *endOfLeaves_++) = child;
             }
         }
-        if (overflow_ != nullptr) {
-            CountBeyond();
-        }
-        count_ = leaves_ + leavesBeyond_ + kMostSlots - composites_ + compositesBeyond_;
+        overflow_ = children.overflow;
+        count_ = static_cast<int>(endOfLeaves_ - slots_ + (slots_ + kMostSlots - firstComposite_)) + CountBeyond();
     }
 
     // Only the composite children of the fixed slots are written; the count in the header counts all the same what is not.
@@ -106,24 +103,24 @@ public:
     void GatherOfRoot(const MapChildren& children, int slotFlags) {
         for (int slot = 0; slot < children.slotCount; ++slot) {
             Node* const child = children.slots[slot];
-            if (child != nullptr && IsCompositeType(child->GetType()) && IsWritten(*child) &&
+            if (child != nullptr && IsCompositeType(child->GetType()) && written_.Has(*child) &&
                 IsSlotWanted(slot, withTransient_, slotFlags)) {
-                slots_[--composites_] = child;
+                *--firstComposite_ = child;
             }
         }
         count_ = GetMapSize(children, GetLimit(withTransient_));
     }
 
-    std::int32_t Write() const {
+    std::int32_t Write() {
         std::int32_t result = out_.BeginObject(GetObjectTag(map_, count_ < kLongCount ? NodeTypeMap : kLongMap));
         if (result >= 0) {
             result = WriteHeader();
         }
         if (result >= 0) {
-            result = ForEach(false, [this](Node& leaf) { return WriteLeaf(leaf, out_, withTransient_); });
+            result = WriteLeaves();
         }
         if (result >= 0) {
-            result = ForEach(true, [this](Node& child) { return WriteComposite(child, out_, withTransient_); });
+            result = ForEachComposite([this](Node& child) { return WriteComposite(child, out_, withTransient_); });
         }
         return result < 0 ? result : out_.EndObject();
     }
@@ -131,79 +128,85 @@ public:
 private:
     static constexpr int kMostSlots = 16;
 
-    /// Children side by side.
-    struct Run {
-        Node* const* next;
-        Node* const* end;
-        std::ptrdiff_t step;
-    };
-
-    bool IsWritten(Node& child) const {
-        return isAllWritten_ || NodeAccess::GetDerived(child) <= GetLimit(withTransient_);
-    }
-
-    void CountBeyond() {
-        for (auto run = overflow_->begin(); run.GetRunLength() > 0; run.SkipRun()) {
-            Node* const* const values = run.GetRunValues();
-            for (int i = 0; i < run.GetRunLength(); ++i) {
-                const bool isComposite = IsCompositeType(values[i]->GetType());
-                (isComposite ? compositesBeyond_ : leavesBeyond_) += IsWritten(*values[i]) ? 1 : 0;
-            }
+    int CountBeyond() const {
+        if (overflow_ == nullptr || written_.areAll) {
+            return overflow_ != nullptr ? static_cast<int>(overflow_->size()) : 0;
         }
+        int count = 0;
+        for (auto run = overflow_->begin(); run.GetRunLength() > 0; run.SkipRun()) {
+            count += static_cast<int>(std::count_if(run.GetRunValues(), run.GetRunValues() + run.GetRunLength(),
+                                                    [this](Node* child) { return written_.Has(*child); }));
+        }
+        return count;
     }
 
-    std::int32_t WriteHeader() const {
+    std::int32_t WriteHeader() {
         BytePacker packer(out_);
         PackSemanticTag(packer, map_.GetSemanticTagNV());
         PackCount(packer, static_cast<std::uint32_t>(count_));
-        ForEach(false, [&packer](const Node& leaf) {
-            PackLeafKey(packer, leaf);
-            return ResultSuccess;
-        });
-        ForEach(true, [&packer](const Node& composite) {
+        PackLeafKeys(packer, slots_, endOfLeaves_);
+        if (overflow_ != nullptr) {
+            for (auto run = overflow_->begin(); run.GetRunLength() > 0; run.SkipRun()) {
+                PackLeafKeys(packer, run.GetRunValues(), run.GetRunValues() + run.GetRunLength());
+            }
+        }
+        ForEachComposite([&packer](const Node& composite) {
             PackCompositeKey(packer, composite);
             return ResultSuccess;
         });
         return packer.Flush();
     }
 
-    /// Calls `use(child)` for the leaves, or the composites, until it answers a failure, which is the answer then, else 0.
-    template <class Use>
-    std::int32_t ForEach(bool composites, Use use) const {
-        Run run =
-            composites ? Run{slots_ + kMostSlots - 1, slots_ + composites_ - 1, -1} : Run{slots_, slots_ + leaves_, 1};
-        MapOverflow::Iterator beyond;
-        if ((composites ? compositesBeyond_ : leavesBeyond_) > 0) {
-            beyond = overflow_->begin();
-        }
-        for (;;) {
-            for (; run.next != run.end; run.next += run.step) {
-                Node& child = **run.next;
-                const bool isMeant = IsCompositeType(child.GetType()) == composites && IsWritten(child);
-                const std::int32_t result = isMeant ? use(child) : ResultSuccess;
-                if (result < 0) {
-                    return result;
-                }
+    void PackLeafKeys(BytePacker& packer, Node* const* next, Node* const* end) {
+        for (; next != end; ++next) {
+            if (IsCompositeType((*next)->GetType())) {
+                hasCompositesBeyond_ = true;
+            } else if (written_.Has(**next)) {
+                PackLeafKey(packer, **next);
             }
-            if (beyond.GetRunLength() == 0) {
-                return ResultSuccess;
-            }
-            run = Run{beyond.GetRunValues(), beyond.GetRunValues() + beyond.GetRunLength(), 1};
-            beyond.SkipRun();
         }
     }
 
+    std::int32_t WriteLeaves() const {
+        std::int32_t result = WriteLeaves(slots_, endOfLeaves_);
+        if (overflow_ != nullptr) {
+            for (auto run = overflow_->begin(); result >= 0 && run.GetRunLength() > 0; run.SkipRun()) {
+                result = WriteLeaves(run.GetRunValues(), run.GetRunValues() + run.GetRunLength());
+            }
+        }
+        return result;
+    }
+
+    std::int32_t WriteLeaves(Node* const* next, Node* const* end) const {
+        return WriteChildren(next, end, written_, out_, withTransient_, [](const Node&) { return ResultSuccess; });
+    }
+
+    /// Calls `use(composite)` until it answers a failure, which is the answer then.
+    template <class Use>
+    std::int32_t ForEachComposite(Use use) const {
+        std::int32_t result = ResultSuccess;
+        for (Node* const* place = slots_ + kMostSlots; result >= 0 && place != firstComposite_;) {
+            result = use(**--place);
+        }
+        if (hasCompositesBeyond_) {
+            for (auto child = overflow_->begin(); result >= 0 && child != overflow_->end(); ++child) {
+                Node& node = *child.Value();
+                result = IsCompositeType(node.GetType()) && written_.Has(node) ? use(node) : ResultSuccess;
+            }
+        }
+        return result;
+    }
+
     const Map& map_;
-    const MapOverflow* const overflow_;
     const ArchiveWriter& out_;
     const bool withTransient_;
-    const bool isAllWritten_;
+    const WrittenChildren written_;
     int count_ = 0;  // as the header says
-    int leaves_ = 0;  // the end of the leaves in slots_
-    int composites_ = kMostSlots;  // the last of the composites in it
-    int leavesBeyond_ = 0;  // in the overflow store
-    int compositesBeyond_ = 0;
+    const MapOverflow* overflow_ = nullptr;  // null where nothing of it is written
+    bool hasCompositesBeyond_ = false;  // in it; known when the leaves' keys have been written
     Node* slots_[kMostSlots];  // from the front the leaves in the fixed slots, from the back the composites
+    Node** endOfLeaves_ = slots_;
+    Node** firstComposite_ = slots_ + kMostSlots;
 };
 
 }  // namespace

@@ -22,28 +22,45 @@ std::int32_t ReadCount(ArchiveDecoder& decoder, bool longCount, std::uint32_t& c
     return decoder.GetStatus();
 }
 
-std::uint32_t ReadTypeCode(ArchiveDecoder& decoder) {
-    const std::uint32_t type = decoder.GetByte();
-    const bool hasExtra = (type & kTypeMask) >= kFirstTypeWithExtraWords;
-    return hasExtra ? type << 8 | decoder.GetByte() : type;
+/// A leaf's key: its index in `IndexBytes` bytes, then its type byte, which may be followed by one that counts extra words.
+template <int IndexBytes>
+SlotKey ReadLeafKey(ArchiveDecoder& decoder, std::uint32_t indexMask) {
+    std::uint32_t index = 0;
+    std::uint32_t type = 0;
+    if constexpr (IndexBytes < 4) {
+        const std::uint32_t both = decoder.GetBytes(IndexBytes + 1);
+        index = both >> 8 & indexMask;
+        type = both & 0xFF;
+    } else {
+        index = decoder.GetBytes(IndexBytes) & indexMask;
+        type = decoder.HasFailed() ? 0 : decoder.GetByte();
+    }
+    if ((type & kTypeMask) >= kFirstTypeWithExtraWords && !decoder.HasFailed()) {
+        type = type << 8 | decoder.GetByte();
+    }
+    return {static_cast<std::int32_t>(index), type};
 }
 
-/// Adds the next key. What it adds means nothing when the decoder has failed afterwards.
-void ReadSlotKey(ArchiveDecoder& decoder, ArchiveDecoder::Keys& keys) {
+template <int IndexBytes>
+SlotKey ReadCompositeKey(ArchiveDecoder& decoder, std::uint32_t indexMask) {
+    return {static_cast<std::int32_t>(decoder.GetBytes(IndexBytes) & indexMask), 0};
+}
+
+/// The next key. It means nothing when the decoder has failed afterwards.
+SlotKey ReadSlotKey(ArchiveDecoder& decoder) {
     const std::uint32_t first = decoder.PeekByte();
-    std::uint32_t index = 0;
     if (decoder.HasFailed()) {
-        return;
+        return {0, 0};
     }
+    // The upper three bits say whether a type byte follows, and how many bytes the index has: 0x one, 10 two, 11 four.
+    const bool isLeaf = (first & 0x80) != 0;
     if ((first & 0x40) == 0) {
-        index = decoder.GetByte() & 0x7F;
-    } else if ((first & 0x20) != 0) {
-        index = decoder.GetBytes(4) & 0x1FFFFFFF;
-    } else {
-        index = decoder.GetBytes(2) & 0x1FFF;
+        return isLeaf ? ReadLeafKey<1>(decoder, 0x3F) : ReadCompositeKey<1>(decoder, 0x3F);
     }
-    const bool hasType = (first & 0x80) != 0 && !decoder.HasFailed();
-    keys.Add(static_cast<std::int32_t>(index), hasType ? ReadTypeCode(decoder) : 0);
+    if ((first & 0x20) == 0) {
+        return isLeaf ? ReadLeafKey<2>(decoder, 0x1FFF) : ReadCompositeKey<2>(decoder, 0x1FFF);
+    }
+    return isLeaf ? ReadLeafKey<4>(decoder, 0x1FFFFFFF) : ReadCompositeKey<4>(decoder, 0x1FFFFFFF);
 }
 
 /// `expected` is the number of children that are still to come, this one included.
@@ -94,41 +111,49 @@ std::int32_t ReadLeafIntoRoom(const MapChildren& children, ArchiveDecoder& decod
 }
 
 /// Reads leaves of one kind into the overflow store, one behind the other, as long as the keys from `first` on name them and
-/// neither the store nor the tree needs memory for them. `done` says how many there were.
+/// neither the store nor the tree needs memory for them. `done` says how many there were, of at most `left` keys.
 template <class T>
 std::int32_t ReadRun(const MapChildren& children, ArchiveDecoder& decoder, const ArchiveDecoder::Keys& keys,
-                     std::size_t first, std::size_t& done) {
+                     std::size_t first, std::size_t left, std::size_t& done) {
     TreeImpl& tree = *NodeAccess::GetTree(children.map);
     const std::size_t room = (std::min)(children.overflow->CountAppendable(), LeafRun<T>::Count(tree));
-    const std::size_t most = (std::min)(room, keys.CountAlike(first));
-    const EnumOrvGenericsTemporality temporality = DecodeTypeCode(keys.Get(first).typeCode, 0).temporality;
+    const std::size_t most = (std::min)(room, left);
+    const std::uint32_t code = keys.Get(first).typeCode;
+    const EnumOrvGenericsTemporality temporality = DecodeTypeCode(code, 0).temporality;
     constexpr std::uint32_t kChanges = 3;  // being made, and two temporalities
     LeafRun<T> run(tree, &children.map, most, kChanges);
+    MapOverflow::AppendRun store(*children.overflow);
+    const ValueReader reader(decoder);
     std::int32_t result = ResultSuccess;
+    int last = -1;
     for (done = 0; result >= 0 && done < most; ++done) {
-        const int index = keys.Get(first + done).index;
-        T* const leaf = run.Make(index);
-        children.overflow->Append(index, leaf);
+        const SlotKey key = keys.Get(first + done);
+        if (key.typeCode != code || key.index <= last) {
+            break;
+        }
+        last = key.index;
+        T* const leaf = run.Make(last);
+        store.Append(last, leaf);
         NodeAccess::SetTemporalityOfNew(*leaf, temporality);
-        result = ReadValue(*leaf, decoder);
+        result = ReadValue(*leaf, reader);
     }
     return result;
 }
 
 /// The same for whatever the key `first` names; nothing is done where that is no plain leaf for the end of the store.
 std::int32_t ReadRunBeyond(const MapChildren& children, ArchiveDecoder& decoder, const ArchiveDecoder::Keys& keys,
-                           std::size_t first, std::size_t& done) {
+                           std::size_t first, std::size_t left, std::size_t& done) {
     const SlotKey key = keys.Get(first);
     done = 0;
     if (children.IsSlot(key.index) || !children.HasRoom(key.index)) {
         return ResultSuccess;
     }
     switch (DecodeTypeCode(key.typeCode <= 0xFF ? key.typeCode : 0, 0).type) {
-        case NodeTypeInteger: return ReadRun<Integer>(children, decoder, keys, first, done);
-        case NodeTypeGlobalID: return ReadRun<GlobalID>(children, decoder, keys, first, done);
-        case NodeTypeDouble: return ReadRun<Double>(children, decoder, keys, first, done);
-        case NodeTypeBoolean: return ReadRun<Boolean>(children, decoder, keys, first, done);
-        case NodeTypeInteger64: return ReadRun<Integer64>(children, decoder, keys, first, done);
+        case NodeTypeInteger: return ReadRun<Integer>(children, decoder, keys, first, left, done);
+        case NodeTypeGlobalID: return ReadRun<GlobalID>(children, decoder, keys, first, left, done);
+        case NodeTypeDouble: return ReadRun<Double>(children, decoder, keys, first, left, done);
+        case NodeTypeBoolean: return ReadRun<Boolean>(children, decoder, keys, first, left, done);
+        case NodeTypeInteger64: return ReadRun<Integer64>(children, decoder, keys, first, left, done);
         case NodeTypeString:
         case NodeTypeVector:
         case NodeTypeMap:
@@ -183,7 +208,7 @@ std::int32_t ReadMap(Map& map, ArchiveDecoder& decoder, bool longCount) {
     std::int32_t result = ReadCount(decoder, longCount, count);
     ArchiveDecoder::Keys keys(decoder);
     for (std::uint32_t i = 0; result >= 0 && i < count; ++i) {
-        ReadSlotKey(decoder, keys);
+        keys.Add(ReadSlotKey(decoder));
         result = decoder.GetStatus();
     }
     decoder.Realign();
@@ -197,7 +222,7 @@ std::int32_t ReadMap(Map& map, ArchiveDecoder& decoder, bool longCount) {
         result = ReadLeafChild(children, decoder, key, count - i);
         if (result >= 0 && i + 1 < count && !children.IsSlot(key.index)) {
             std::size_t done = 0;
-            result = ReadRunBeyond(children, decoder, keys, i + 1, done);
+            result = ReadRunBeyond(children, decoder, keys, i + 1, count - i - 1, done);
             i += static_cast<std::uint32_t>(done);
         }
     }

@@ -7,7 +7,6 @@
 #include <KivGenerics/Vector.h>
 
 #include "core/LeafRun.h"
-#include "core/Prefetch.h"
 #include "persistence/BytePacker.h"
 #include "persistence/ReadChild.h"
 #include "persistence/WriteNode.h"
@@ -15,76 +14,21 @@
 namespace KivGenerics {
 namespace {
 
-// With transient elements none is left out, whatever the count in the header left out.
+// With transient elements none is left out, whatever the count in the header left out. Where all are known to have the
+// vector's derived temporality, none is looked at: a great vector is read from memory once then, and not once more to count.
 // kept-on-purpose: vector-writes-every-element
-bool IsWritten(Node& element, bool withTransient) {
-    return withTransient || NodeAccess::GetDerived(element) <= TemporalityPersistent;
+WrittenChildren GetWritten(const Vector& vector, const ArchiveWriter& out, bool withTransient) {
+    const bool areAll =
+        withTransient || (out.AreVectorsUniform() && NodeAccess::GetStoredDerived(vector) <= TemporalityPersistent);
+    return {areAll, TemporalityPersistent};
 }
 
-/// Which elements of a vector are written. Where all are known to have the vector's derived temporality, none is looked at:
-/// a great vector is read from memory once then, and not once more to count.
-class WrittenElements {
-public:
-    WrittenElements(Vector& vector, const ArchiveWriter& out, bool withTransient) noexcept
-        : vector_(vector), out_(out), withTransient_(withTransient) {}
-
-    int GetCount() const {
-        const EnumOrvGenericsTemporality limit = GetLimit(withTransient_);
-        if (!out_.AreVectorsUniform()) {
-            return vector_.GetSize(limit);
-        }
-        return GetDerivedOfAll() <= limit ? vector_.GetSize(TemporalityTemporary) : 0;
+int CountInHeader(Vector& vector, const ArchiveWriter& out, bool withTransient) {
+    const EnumOrvGenericsTemporality limit = GetLimit(withTransient);
+    if (!out.AreVectorsUniform()) {
+        return vector.GetSize(limit);
     }
-
-    /// Writes each element with `write(element)`. Returns 0 or the first failure.
-    template <class Write>
-    std::int32_t ForEach(Write write) const {
-        const bool areAllWritten = withTransient_ || GetDerivedOfAll() <= TemporalityPersistent;
-        for (Node* const element : NodeAccess::GetChildren(vector_)) {
-            PrefetchBehind(element);
-            const bool isWritten = out_.AreVectorsUniform() ? areAllWritten : IsWritten(*element, withTransient_);
-            const std::int32_t result = isWritten ? write(*element) : ResultSuccess;
-            if (result < 0) {
-                return result;
-            }
-        }
-        return ResultSuccess;
-    }
-
-private:
-    EnumOrvGenericsTemporality GetDerivedOfAll() const noexcept { return NodeAccess::GetStoredDerived(vector_); }
-
-    Vector& vector_;
-    const ArchiveWriter& out_;
-    const bool withTransient_;
-};
-
-/// Writes elements of which the first is a leaf of this class: as a rule all are.
-template <class Leaf>
-std::int32_t WriteLeaves(const WrittenElements& elements, const ArchiveWriter& out, bool withTransient) {
-    return elements.ForEach([&out, withTransient](Node& element) {
-        return element.GetType() == Leaf::StaticType ? WriteValue(static_cast<const Leaf&>(element), out)
-                                                     : WriteNode(element, out, withTransient);
-    });
-}
-
-std::int32_t WriteElements(const WrittenElements& elements, NodeType first, const ArchiveWriter& out,
-                           bool withTransient) {
-    switch (first) {
-        case NodeTypeInteger: return WriteLeaves<Integer>(elements, out, withTransient);
-        case NodeTypeGlobalID: return WriteLeaves<GlobalID>(elements, out, withTransient);
-        case NodeTypeString: return WriteLeaves<String>(elements, out, withTransient);
-        case NodeTypeDouble: return WriteLeaves<Double>(elements, out, withTransient);
-        case NodeTypeBoolean: return WriteLeaves<Boolean>(elements, out, withTransient);
-        case NodeTypeInteger64: return WriteLeaves<Integer64>(elements, out, withTransient);
-        case NodeTypeVector:
-        case NodeTypeMap:
-        case NodeTypeIntegerSet:
-        case NodeTypeIdSet:
-        case NodeTypeStringSet:
-        case NodeTypeDoubleSet: break;
-    }
-    return elements.ForEach([&out, withTransient](Node& element) { return WriteNode(element, out, withTransient); });
+    return NodeAccess::GetStoredDerived(vector) <= limit ? vector.GetSize(TemporalityTemporary) : 0;
 }
 
 bool MayAppend(const Vector& vector, NodeType type) {
@@ -101,12 +45,13 @@ std::int32_t ReadRun(Vector& vector, ArchiveDecoder& decoder, std::uint32_t& cou
     const std::size_t most = (std::min)(room, std::size_t{count});
     constexpr std::uint32_t kChanges = 2;  // being made, and its temporality
     LeafRun<Leaf> run(tree, &vector, most, kChanges);
+    const ValueReader reader(decoder);
     std::int32_t result = ResultSuccess;
     for (std::size_t i = 0; result >= 0 && i < most; ++i) {
         Leaf* const leaf = run.Make(static_cast<int>(elements.size()));
         elements.push_back(leaf);
         NodeAccess::SetTemporalityOfNew(*leaf, temporality);
-        result = ReadValue(*leaf, decoder);
+        result = ReadValue(*leaf, reader);
         --count;
     }
     return result;
@@ -199,8 +144,7 @@ std::int32_t ReadObjects(Vector& vector, ArchiveDecoder& decoder, std::uint32_t 
 // One type byte, the first element's, describes them all: Add keeps elements to one kind.
 // kept-on-purpose: vector-type-byte
 std::int32_t WriteVector(Vector& vector, const ArchiveWriter& out, bool withTransient) {
-    const WrittenElements elements(vector, out, withTransient);
-    const int count = elements.GetCount();
+    const int count = CountInHeader(vector, out, withTransient);
     const bool isLong = count >= kLongCount;
     std::int32_t result = out.BeginObject(GetObjectTag(vector, isLong ? kLongVector : NodeTypeVector));
     if (result < 0) {
@@ -211,7 +155,10 @@ std::int32_t WriteVector(Vector& vector, const ArchiveWriter& out, bool withTran
     packer.Put(count > 0 ? GetTypeByte(*vector.GetNV(0)) : 0, 1);
     result = packer.Flush();
     if (result >= 0 && !vector.IsEmpty()) {
-        result = WriteElements(elements, vector.GetNV(0)->GetType(), out, withTransient);
+        const auto& elements = NodeAccess::GetChildren(vector);
+        result =
+            WriteChildren(elements.data(), elements.data() + elements.size(), GetWritten(vector, out, withTransient),
+                          out, withTransient, [&](Node& child) { return WriteComposite(child, out, withTransient); });
     }
     return result < 0 ? result : out.EndObject();
 }
@@ -243,8 +190,9 @@ std::int32_t Vector::ReadFromArchive(ArchiveDecoder& decoder, bool longCount) {
 
 std::int32_t Vector::SizeDefnArchive(KivCOMShared::COrvSizeArchive* sizer, bool withTransient) {
     sizer->AddSizes(0, 0, 0, 1, 1);
+    const WrittenChildren written{withTransient, TemporalityPersistent};
     for (Node* const child : children_) {
-        if (IsWritten(*child, withTransient)) {
+        if (written.Has(*child)) {
             const std::int32_t result = child->SizeDefnArchive(sizer, withTransient);
             if (result < 0) {
                 return result;

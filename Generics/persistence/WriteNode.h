@@ -5,6 +5,7 @@
 #include <KivGenerics/Vector.h>
 
 #include "core/MapChildren.h"
+#include "core/Prefetch.h"
 #include "persistence/LeafArchive.h"
 
 namespace KivGenerics {
@@ -14,34 +15,62 @@ std::int32_t WriteVector(Vector& vector, const ArchiveWriter& out, bool withTran
 std::int32_t WriteMap(const MapChildren& children, const ArchiveWriter& out, bool withTransient);
 std::int32_t WriteRoot(Node& root, const ArchiveWriter& out, bool withTransient, int slotFlags);
 
-/// Writes a leaf of any kind; scalars right here.
-inline std::int32_t WriteLeaf(Node& leaf, const ArchiveWriter& out, bool withTransient) {
-    switch (leaf.GetType()) {
-        case NodeTypeInteger: return WriteValue(static_cast<const Integer&>(leaf), out);
-        case NodeTypeGlobalID: return WriteValue(static_cast<const GlobalID&>(leaf), out);
-        case NodeTypeString: return WriteValue(static_cast<const String&>(leaf), out);
-        case NodeTypeDouble: return WriteValue(static_cast<const Double&>(leaf), out);
-        case NodeTypeBoolean: return WriteValue(static_cast<const Boolean&>(leaf), out);
-        case NodeTypeInteger64: return WriteValue(static_cast<const Integer64&>(leaf), out);
-        case NodeTypeVector:
-        case NodeTypeMap:
-        case NodeTypeIntegerSet:
-        case NodeTypeIdSet:
-        case NodeTypeStringSet:
-        case NodeTypeDoubleSet: break;
-    }
-    return leaf.WriteToArchive(out.GetArchive(), withTransient);
-}
-
 inline std::int32_t WriteComposite(Node& node, const ArchiveWriter& out, bool withTransient) {
     return node.GetType() == NodeTypeVector ? WriteVector(static_cast<Vector&>(node), out, withTransient)
                                             : WriteMap(MapChildren(static_cast<Map&>(node)), out, withTransient);
 }
 
-/// Writes a node of any kind.
-inline std::int32_t WriteNode(Node& node, const ArchiveWriter& out, bool withTransient) {
-    return IsCompositeType(node.GetType()) ? WriteComposite(node, out, withTransient)
-                                           : WriteLeaf(node, out, withTransient);
+/// Which children of a composite are written: those up to a derived temporality or, where none needs to be looked at, all.
+struct WrittenChildren {
+    bool areAll;
+    EnumOrvGenericsTemporality limit;
+
+    bool Has(Node& child) const { return areAll || NodeAccess::GetDerived(child) <= limit; }
+};
+
+/// Writes leaves of this class as long as they come, the first of them at `next`, which becomes the place behind them.
+template <class Leaf>
+std::int32_t WriteLeavesOf(Node* const*& next, Node* const* end, const WrittenChildren written,
+                           const ArchiveWriter out) {
+    std::int32_t result = ResultSuccess;
+    do {
+        Node& leaf = **next++;
+        PrefetchBehind(&leaf);
+        if (written.Has(leaf)) {
+            result = WriteValue(static_cast<const Leaf&>(leaf), out);
+        }
+    } while (result >= 0 && next != end && (*next)->GetType() == Leaf::StaticType);
+    return result;
+}
+
+/// Writes children that stand side by side, composites with `writeComposite(composite)`. Returns the first failure.
+template <class Write>
+std::int32_t WriteChildren(Node* const* next, Node* const* end, const WrittenChildren written, const ArchiveWriter& out,
+                           bool withTransient, Write writeComposite) {
+    std::int32_t result = ResultSuccess;
+    while (result >= 0 && next != end) {
+        Node& child = **next;
+        switch (child.GetType()) {
+            case NodeTypeInteger: result = WriteLeavesOf<Integer>(next, end, written, out); continue;
+            case NodeTypeGlobalID: result = WriteLeavesOf<GlobalID>(next, end, written, out); continue;
+            case NodeTypeString: result = WriteLeavesOf<String>(next, end, written, out); continue;
+            case NodeTypeDouble: result = WriteLeavesOf<Double>(next, end, written, out); continue;
+            case NodeTypeBoolean: result = WriteLeavesOf<Boolean>(next, end, written, out); continue;
+            case NodeTypeInteger64: result = WriteLeavesOf<Integer64>(next, end, written, out); continue;
+            case NodeTypeVector:
+            case NodeTypeMap:
+            case NodeTypeIntegerSet:
+            case NodeTypeIdSet:
+            case NodeTypeStringSet:
+            case NodeTypeDoubleSet: break;
+        }
+        ++next;
+        if (written.Has(child)) {
+            result = IsCompositeType(child.GetType()) ? writeComposite(child)
+                                                      : child.WriteToArchive(out.GetArchive(), withTransient);
+        }
+    }
+    return result;
 }
 
 }  // namespace KivGenerics

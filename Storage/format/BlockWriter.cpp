@@ -7,8 +7,21 @@
 
 namespace KivStorage {
 
-BlockWriter::BlockWriter(ByteSink& sink)
-    : sink_(sink), block_(new std::uint8_t[kBlockSize]), next_(Payload()), end_(Payload() + kMaxPayload) {}
+BlockWriter::BlockWriter(ByteSink& sink) : sink_(sink) {
+    BeginBlock();
+}
+
+void BlockWriter::BeginBlock() {
+    block_ = sink_.Lend(kBlockSize);
+    if (block_ == nullptr) {
+        if (own_ == nullptr) {
+            own_.reset(new std::uint8_t[kBlockSize]);
+        }
+        block_ = own_.get();
+    }
+    next_ = Payload();
+    end_ = Payload() + kMaxPayload;
+}
 
 Result BlockWriter::Append(const std::uint8_t* bytes, std::size_t count) {
     while (count > 0) {
@@ -16,6 +29,7 @@ Result BlockWriter::Append(const std::uint8_t* bytes, std::size_t count) {
             if (Result result = Flush(); !result.Ok()) {
                 return result;
             }
+            BeginBlock();
         }
         const std::size_t part = std::min(count, kMaxPayload - GetUsed());
         std::memcpy(next_, bytes, part);
@@ -46,15 +60,15 @@ Result BlockWriter::Flush() {
         return {};
     }
     // The length stands before what is summed up, so that it is covered too; the seed ties the block to its place.
-    PutLittle32(block_.get(), static_cast<std::uint32_t>(used));
-    const std::uint64_t checksum = Checksum(block_.get(), kLengthSize + used, blocks_ + 1);
+    PutLittle32(block_, static_cast<std::uint32_t>(used));
+    const std::uint64_t checksum = Checksum(block_, kLengthSize + used, blocks_ + 1);
     PutLittle64(next_, checksum);
     const std::size_t size = kLengthSize + used + kChecksumSize;
     chain_ = ChainChecksum(chain_, checksum);
     blocks_ += 1;
     itemBytes_ += used;
     next_ = Payload();
-    return sink_.Write(block_.get(), size);
+    return sink_.Write(block_, size);
 }
 
 Result BlockWriter::Finish(std::uint64_t items) {

@@ -37,13 +37,15 @@ public:
     std::string GetPlace() const;
 
 private:
-    std::uint8_t* Payload() const noexcept { return block_.get() + kLengthSize; }
+    std::uint8_t* Payload() const noexcept { return block_ + kLengthSize; }
     std::size_t GetUsed() const noexcept { return static_cast<std::size_t>(next_ - Payload()); }
     Result WriteHeader();
+    void BeginBlock();
     Result Flush();
 
     ByteSink& sink_;
-    std::unique_ptr<std::uint8_t[]> block_;  // the length, the payload, room for the checksum
+    std::unique_ptr<std::uint8_t[]> own_;  // for the block, where the sink lends no place
+    std::uint8_t* block_;  // the length, the payload, room for the checksum
     std::uint8_t* next_;  // where the next byte goes
     std::uint8_t* end_;  // where Take ends: behind the payload, or at next_
     bool headerWritten_ = false;

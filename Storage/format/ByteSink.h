@@ -12,6 +12,9 @@ namespace KivStorage {
 class ByteSink {
 public:
     virtual ~ByteSink() = default;
+    /// A place of the sink's own in which `count` bytes can be made ready: they need not be copied when they are written from
+    /// there. Null where it has none; what it lent last is the writer's until the next call.
+    virtual std::uint8_t* Lend(std::size_t) { return nullptr; }
     /// All of them or a failure.
     virtual Result Write(const std::uint8_t* bytes, std::size_t count) = 0;
     /// How messages name the place: `file "name"`.

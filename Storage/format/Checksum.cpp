@@ -2,7 +2,11 @@
 
 #include <new>
 
+#ifdef KIV_XXHASH_DISPATCHES
+#include <xxh_x86dispatch.h>
+#else
 #include <xxhash.h>
+#endif
 
 #include "format/LittleEndian.h"
 

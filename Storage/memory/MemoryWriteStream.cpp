@@ -8,19 +8,6 @@
 
 namespace KivStorage {
 
-Result MemorySink::Write(const std::uint8_t* from, std::size_t count) {
-    try {
-        bytes.insert(bytes.end(), from, from + count);
-        return {};
-    } catch (const std::bad_alloc&) {
-        return FailQuietly(StorageOutOfMemory, "memory");
-    }
-}
-
-std::string MemorySink::GetPlace() const {
-    return "memory";
-}
-
 MemoryWriteStream::MemoryWriteStream(std::unique_ptr<MemorySink> sink) : WriteStream(std::move(sink)), sink_(nullptr) {}
 MemoryWriteStream::~MemoryWriteStream() = default;
 
@@ -37,15 +24,23 @@ KivBase::ReturnPtrI<MemoryWriteStream> MemoryWriteStream::Create() noexcept {
 }
 
 Result MemoryWriteStream::Finish() {
-    return FinishItems() < 0 ? GetError() : Result{};
+    if (FinishItems() < 0) {
+        return GetError();
+    }
+    try {
+        sink_->Join();
+    } catch (const std::bad_alloc&) {
+        SetError(FailQuietly(StorageOutOfMemory, "memory"));
+    }
+    return GetError();
 }
 
-const std::vector<std::uint8_t>& MemoryWriteStream::GetBytes() const noexcept {
-    return sink_->bytes;
+const std::vector<std::uint8_t>& MemoryWriteStream::GetBytes() const {
+    return sink_->Join();
 }
 
-std::vector<std::uint8_t> MemoryWriteStream::TakeBytes() noexcept {
-    return std::exchange(sink_->bytes, {});
+std::vector<std::uint8_t> MemoryWriteStream::TakeBytes() {
+    return std::exchange(sink_->Join(), {});
 }
 
 }  // namespace KivStorage

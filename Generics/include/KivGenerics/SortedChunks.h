@@ -93,6 +93,36 @@ public:
     }
     /// How many keys in ascending order Append will do for, where it does for the first of them.
     std::size_t CountAppendable() const noexcept { return static_cast<std::size_t>(root_->capacity - root_->size); }
+    /// Appends to the single chunk, one behind the other; the chunks have these elements when it ends.
+    class AppendRun {
+    public:
+        /// Where CanAppend for the first key, for at most CountAppendable.
+        explicit AppendRun(SortedChunks& chunks) noexcept
+            : chunks_(chunks),
+              leaf_(*ToLeaf(chunks.root_)),
+              keys_(leaf_.GetKeys() + leaf_.size),
+              payloads_(leaf_.GetPayloads() + leaf_.size) {}
+        AppendRun(const AppendRun&) = delete;
+        AppendRun& operator=(const AppendRun&) = delete;
+        ~AppendRun() {
+            leaf_.size = static_cast<std::uint16_t>(leaf_.size + count_);
+            chunks_.size_ += count_;
+            chunks_.changes_ += count_;
+        }
+        void Append(const Key& key, const Payload& payload) noexcept {
+            keys_[count_] = key;
+            payloads_[count_] = payload;
+            ++count_;
+        }
+
+    private:
+        SortedChunks& chunks_;
+        Leaf& leaf_;
+        Key* const keys_;
+        Payload* const payloads_;
+        std::uint32_t count_ = 0;
+    };
+
     /// Adds a key with its payload behind all others, where CanAppend. Needs no memory.
     void Append(const Key& key, const Payload& payload) noexcept { AppendToLeaf(*ToLeaf(root_), key, payload); }
     /// False when `key` is absent.

@@ -18,10 +18,11 @@ public:
 
     /// Closes the data; refused while objects are open. No Put is taken afterwards, a second Finish is refused.
     Result Finish();
-    /// What is complete so far: whole blocks until Finish, then everything.
-    const std::vector<std::uint8_t>& GetBytes() const noexcept;
-    /// Hands the bytes over; the stream has none afterwards.
-    std::vector<std::uint8_t> TakeBytes() noexcept;
+    /// What is complete so far: whole blocks until Finish, then everything. Before Finish it copies what has come since it was
+    /// last asked, and throws std::bad_alloc when there is no memory for that.
+    const std::vector<std::uint8_t>& GetBytes() const;
+    /// Hands the bytes over; the stream has none afterwards. Throws as GetBytes.
+    std::vector<std::uint8_t> TakeBytes();
 
 private:
     explicit MemoryWriteStream(std::unique_ptr<MemorySink> sink);
