@@ -90,6 +90,7 @@ public:
     void Gather(const MapChildren& children) {
         for (int slot = 0; slot < children.slotCount; ++slot) {
             Node* const child = children.slots[slot];
+            PrefetchBehind(child);
             if (child != nullptr && written_.Has(*child)) {
                 (IsCompositeType(child->GetType()) ? *--firstComposite_ : *endOfLeaves_++) = child;
             }
@@ -117,7 +118,7 @@ public:
             result = WriteHeader();
         }
         if (result >= 0) {
-            result = WriteLeaves();
+            result = WriteAllLeaves();
         }
         if (result >= 0) {
             result = ForEachComposite([this](Node& child) { return WriteComposite(child, out_, withTransient_); });
@@ -159,6 +160,7 @@ private:
 
     void PackLeafKeys(BytePacker& packer, Node* const* next, Node* const* end) {
         for (; next != end; ++next) {
+            PrefetchBehind(*next);
             if (IsCompositeType((*next)->GetType())) {
                 hasCompositesBeyond_ = true;
             } else if (written_.Has(**next)) {
@@ -167,18 +169,23 @@ private:
         }
     }
 
-    std::int32_t WriteLeaves() const {
-        std::int32_t result = WriteLeaves(slots_, endOfLeaves_);
+    std::int32_t WriteAllLeaves() const {
+        std::int32_t result = WriteLeavesAmong(slots_, endOfLeaves_);
         if (overflow_ != nullptr) {
             for (auto run = overflow_->begin(); result >= 0 && run.GetRunLength() > 0; run.SkipRun()) {
-                result = WriteLeaves(run.GetRunValues(), run.GetRunValues() + run.GetRunLength());
+                result = WriteLeavesAmong(run.GetRunValues(), run.GetRunValues() + run.GetRunLength());
             }
         }
         return result;
     }
 
-    std::int32_t WriteLeaves(Node* const* next, Node* const* end) const {
-        return WriteChildren(next, end, written_, out_, withTransient_, [](const Node&) { return ResultSuccess; });
+    std::int32_t WriteLeavesAmong(Node* const* next, Node* const* end) const {
+        std::int32_t result = WriteLeaves<Touch::Again>(next, end, written_, out_, withTransient_);
+        while (result >= 0 && next != end) {
+            ++next;  // a composite
+            result = WriteLeaves<Touch::Again>(next, end, written_, out_, withTransient_);
+        }
+        return result;
     }
 
     /// Calls `use(composite)` until it answers a failure, which is the answer then.

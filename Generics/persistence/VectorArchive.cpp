@@ -28,7 +28,36 @@ int CountInHeader(Vector& vector, const ArchiveWriter& out, bool withTransient) 
     if (!out.AreVectorsUniform()) {
         return vector.GetSize(limit);
     }
-    return NodeAccess::GetStoredDerived(vector) <= limit ? vector.GetSize(TemporalityTemporary) : 0;
+    return NodeAccess::GetStoredDerived(vector) <= limit ? static_cast<int>(NodeAccess::GetChildren(vector).size()) : 0;
+}
+
+/// A vector whose elements are being written.
+struct OpenVector {
+    Node* const* next;
+    Node* const* end;
+    WrittenChildren written;
+};
+
+// One type byte, the first element's, describes them all: Add keeps elements to one kind.
+// kept-on-purpose: vector-type-byte
+std::int32_t BeginVector(Vector& vector, const ArchiveWriter& out, bool withTransient, OpenVector& open) {
+    PrefetchBehind(&vector);
+    const auto& elements = NodeAccess::GetChildren(vector);
+    open = {elements.data(), elements.data() + elements.size(), GetWritten(vector, out, withTransient)};
+    const int count = CountInHeader(vector, out, withTransient);
+    const bool isLong = count >= kLongCount;
+    const std::int32_t result = out.BeginObject(GetObjectTag(vector, isLong ? kLongVector : NodeTypeVector));
+    if (result < 0) {
+        return result;
+    }
+    const std::uint32_t typeByte = count > 0 ? GetTypeByte(*elements.front()) : 0;
+    if (!isLong) {
+        return out.WriteLong(static_cast<std::int32_t>(static_cast<std::uint32_t>(count) << 16 | typeByte << 8));
+    }
+    BytePacker packer(out);
+    packer.Put(static_cast<std::uint32_t>(count), 4);
+    packer.Put(typeByte, 1);
+    return packer.Flush();
 }
 
 bool MayAppend(const Vector& vector, NodeType type) {
@@ -141,26 +170,37 @@ std::int32_t ReadObjects(Vector& vector, ArchiveDecoder& decoder, std::uint32_t 
 
 }  // namespace
 
-// One type byte, the first element's, describes them all: Add keeps elements to one kind.
-// kept-on-purpose: vector-type-byte
+// Vectors in vectors are gone into without a call for each of a few levels: a processor does not foresee the way back from deep
+// calls.
 std::int32_t WriteVector(Vector& vector, const ArchiveWriter& out, bool withTransient) {
-    const int count = CountInHeader(vector, out, withTransient);
-    const bool isLong = count >= kLongCount;
-    std::int32_t result = out.BeginObject(GetObjectTag(vector, isLong ? kLongVector : NodeTypeVector));
-    if (result < 0) {
-        return result;
+    constexpr int kMostOpen = 4;
+    OpenVector vectors[kMostOpen];
+    OpenVector* open = vectors;
+    std::int32_t result = BeginVector(vector, out, withTransient, *open);
+    while (result >= 0) {
+        Node* const* next = open->next;
+        result = WriteLeaves<Touch::First>(next, open->end, open->written, out, withTransient);
+        open->next = next;
+        if (result < 0) {
+            break;
+        }
+        if (open->next == open->end) {
+            result = out.EndObject();
+            if (open == vectors) {
+                break;
+            }
+            --open;
+            continue;
+        }
+        Node& composite = **open->next++;
+        if (!open->written.Has(composite)) {
+            continue;
+        }
+        const bool isOpened = composite.GetType() == NodeTypeVector && open != vectors + kMostOpen - 1;
+        result = isOpened ? BeginVector(static_cast<Vector&>(composite), out, withTransient, *++open)
+                          : WriteComposite(composite, out, withTransient);
     }
-    BytePacker packer(out);
-    packer.Put(static_cast<std::uint32_t>(count), isLong ? 4 : 2);
-    packer.Put(count > 0 ? GetTypeByte(*vector.GetNV(0)) : 0, 1);
-    result = packer.Flush();
-    if (result >= 0 && !vector.IsEmpty()) {
-        const auto& elements = NodeAccess::GetChildren(vector);
-        result =
-            WriteChildren(elements.data(), elements.data() + elements.size(), GetWritten(vector, out, withTransient),
-                          out, withTransient, [&](Node& child) { return WriteComposite(child, out, withTransient); });
-    }
-    return result < 0 ? result : out.EndObject();
+    return result;
 }
 
 std::int32_t Vector::WriteToArchive(KivCOMShared::COrvWriteArchive* archive, bool withTransient) {

@@ -79,7 +79,7 @@ protected:
 
     static constexpr std::size_t kTakeAlignment = 8;
     static constexpr std::size_t kLargestTake = 512;
-    static constexpr std::size_t kPrefetchDistance = 1024;
+    static constexpr std::size_t kPrefetchDistance = 2048;
 
     // Where the free memory of the present block begins, a multiple of 8, and where it ends: Take moves the former. A buffer that
     // leaves both null, as a host's own may, is asked for every object by Allocate.
