@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "format/Checksum.h"
 #include "format/Framing.h"
@@ -19,19 +20,33 @@ constexpr std::uint64_t kMostBlocks = std::uint64_t{1} << 48;
 
 }  // namespace
 
+// The buffer is not cleared: that would cost more than all else that is done with a small file.
+void BlockSearch::MakeRoom(std::size_t size) {
+    std::unique_ptr<std::uint8_t[]> larger;
+    if (size > capacity_) {
+        larger.reset(new std::uint8_t[size]);
+        capacity_ = size;
+    }
+    if (end_ > begin_) {
+        std::memmove(larger ? larger.get() : buffer_.get(), Bytes(), end_ - begin_);
+    }
+    if (larger) {
+        buffer_ = std::move(larger);
+    }
+    end_ -= begin_;
+    begin_ = 0;
+}
+
 std::size_t BlockSearch::Need(std::size_t count) {
-    while (!atEnd_ && buffer_.size() - begin_ < count) {
-        buffer_.erase(buffer_.begin(), buffer_.begin() + static_cast<std::ptrdiff_t>(begin_));
-        begin_ = 0;
-        const std::size_t had = buffer_.size();
-        const std::size_t wanted = std::max(kReadSize, count - had);
-        buffer_.resize(had + wanted);
+    while (!atEnd_ && end_ - begin_ < count) {
+        const std::size_t wanted = std::max(kReadSize, count - (end_ - begin_));
+        MakeRoom(end_ - begin_ + wanted);
         std::size_t got = 0;
-        error_ = source_.Read(buffer_.data() + had, wanted, got);
-        buffer_.resize(had + got);
+        error_ = source_.Read(buffer_.get() + end_, wanted, got);
+        end_ += got;
         atEnd_ = !error_.Ok() || got < wanted;
     }
-    return std::min(count, buffer_.size() - begin_);
+    return std::min(count, end_ - begin_);
 }
 
 void BlockSearch::Drop(std::size_t count) noexcept {

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <memory>
 
 #include "format/ByteSink.h"
 
@@ -16,7 +16,7 @@ public:
     /// Reads until `count` bytes are in the window, or all that are left; returns how many there are.
     std::size_t Need(std::size_t count);
     /// The bytes of the window.
-    const std::uint8_t* Bytes() const noexcept { return buffer_.data() + begin_; }
+    const std::uint8_t* Bytes() const noexcept { return buffer_.get() + begin_; }
     /// Takes bytes out at the window's front.
     void Drop(std::size_t count) noexcept;
     /// Where the window begins in the data.
@@ -36,11 +36,15 @@ public:
     bool Find(std::size_t& at, std::uint64_t& number);
 
 private:
+    /// Brings the window to the front of a buffer of at least this size.
+    void MakeRoom(std::size_t size);
     bool IsBlockOfSomeNumber(std::size_t at, std::uint64_t& number);
 
     ByteSource& source_;
-    std::vector<std::uint8_t> buffer_;
+    std::unique_ptr<std::uint8_t[]> buffer_;
+    std::size_t capacity_ = 0;
     std::size_t begin_ = 0;
+    std::size_t end_ = 0;
     std::uint64_t offset_ = 0;
     Result error_;
     bool atEnd_ = false;
