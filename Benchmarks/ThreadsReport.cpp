@@ -21,7 +21,11 @@ using namespace KivGenerics;
 namespace {
 
 constexpr double kLeastGain = 1.9;
-constexpr int kTries = 40;
+constexpr int kTries = 300;
+// Long enough that starting together does not matter; so short that a try finds both processors undisturbed, and that what
+// both forests of "reuse nodes" grow to, 25 MiB each, fits into the spare memory of the process: one forest must not get all
+// of its memory warm while two have to share.
+constexpr double kSecondsOfTry = 0.004;
 // Small enough that both forests stay in the caches of their processors, which they would otherwise share.
 constexpr std::size_t kNodes = 2000;
 
@@ -119,10 +123,10 @@ double SecondsOf(const Work& work, int threads, int rounds) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// As many rounds as take a fiftieth of a second.
+/// As many rounds as a try takes.
 int RoundsFor(const Work& work) {
     int rounds = 1;
-    while (SecondsOf(work, 1, rounds) < 0.02) {
+    while (SecondsOf(work, 1, rounds) < kSecondsOfTry) {
         rounds *= 2;
     }
     return rounds;
