@@ -20,6 +20,7 @@ struct Asked {
     EnumOrvGenericsTemporality greatest = TemporalityReserved;
     bool isSettled = true;  // the vectors among the children hold what they would be pushed
     bool isAllPersistent = true;  // everything below the composites among the children
+    bool isAllOnScale = true;  // the same
 
     bool IsVector() const noexcept { return composite.GetType() == NodeTypeVector; }
 };
@@ -51,7 +52,12 @@ struct Answer {
     bool isEmpty;
     bool isSettled;  // a vector whose elements, and those of the vectors among them, hold its value already
     bool isAllPersistent;
+    bool isAllOnScale;
 };
+
+bool IsOnScale(EnumOrvGenericsTemporality t) noexcept {
+    return TemporalityDefault <= t && t <= TemporalityTemporary;
+}
 
 Answer GetAnswer(const Asked& asked) noexcept {
     const EnumOrvGenericsTemporality own = asked.composite.GetTemporality();
@@ -60,7 +66,9 @@ Answer GetAnswer(const Asked& asked) noexcept {
     const bool isOne = asked.least == derived && asked.greatest == derived;
     const bool isSettled = asked.isSettled && (isEmpty || isOne);
     const bool isAllPersistent = derived == TemporalityPersistent && asked.isAllPersistent && (isEmpty || isOne);
-    return {asked.composite, derived, asked.IsVector(), isEmpty, isSettled, isAllPersistent};
+    const bool isAllOnScale = asked.isAllOnScale && IsOnScale(derived) && TemporalityDefault <= asked.least &&
+                              asked.greatest <= TemporalityTemporary;
+    return {asked.composite, derived, asked.IsVector(), isEmpty, isSettled, isAllPersistent, isAllOnScale};
 }
 
 void Add(Asked& asked, const Answer& answer) noexcept {
@@ -68,6 +76,7 @@ void Add(Asked& asked, const Answer& answer) noexcept {
     asked.greatest = (std::max)(asked.greatest, answer.derived);
     asked.isSettled = asked.isSettled && (!answer.isVector || answer.isSettled);
     asked.isAllPersistent = asked.isAllPersistent && answer.isAllPersistent;
+    asked.isAllOnScale = asked.isAllOnScale && answer.isAllOnScale;
 }
 
 /// Whether the composite is one of those that are temporary for having no children; the tree learns it, too.
@@ -139,7 +148,7 @@ TemporalitySummary CalculateTemporality(Composite& top) {
             PushTemporality(static_cast<Vector&>(answer.composite), answer.derived);
         }
         if (path.IsEmpty()) {
-            return {answer.derived, answer.isAllPersistent, emptyComposites};
+            return {answer.derived, answer.isAllPersistent, answer.isAllOnScale, emptyComposites};
         }
         Add(path.Top(), answer);
     }

@@ -10,6 +10,7 @@ namespace KivGenerics {
 struct TemporalitySummary {
     EnumOrvGenericsTemporality derived;  ///< of the composite itself
     bool isAllPersistent;  ///< its derived temporality and all those below it are TemporalityPersistent
+    bool isAllOnScale;  ///< it and those below it, own or derived, are TemporalityDefault to TemporalityTemporary
     std::uint32_t emptyComposites;  ///< that are temporary for having no children
 };
 

@@ -1,52 +1,90 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <new>
 #include <type_traits>
 #include <utility>
-#include <vector>
 
 namespace KivGenerics {
 
 /// The composites that an operation is inside of, outermost first: what the machine's stack would hold, were the operation
 /// to call itself. So the depth of a tree is limited by memory alone.
 ///
-/// On failure: Push throws std::bad_alloc beyond the first levels, which are held without the heap.
+/// The first levels stand in the object itself, those below them in pieces of the heap, each twice as long as the one before
+/// it. A piece stays until the end: a tree that goes up and down around one costs nothing.
+///
+/// On failure: Push throws std::bad_alloc beyond the first levels.
 template <class Frame>
 class FrameStack {
 public:
-    bool IsEmpty() const noexcept { return size_ == 0; }
-    /// The innermost; valid until the next Push or Pop.
-    Frame& Top() noexcept { return *top_; }
+    FrameStack() = default;
+    FrameStack(const FrameStack&) = delete;
+    FrameStack& operator=(const FrameStack&) = delete;
+
+    bool IsEmpty() const noexcept { return next_ == GetFirst(inline_); }
+    /// The innermost; valid until it is popped.
+    Frame& Top() noexcept { return next_[-1]; }
     template <class... Arguments>
     void Push(Arguments&&... arguments) {
-        if (size_ < kInline) {
-            top_ = ::new (static_cast<void*>(GetFirst() + size_)) Frame(std::forward<Arguments>(arguments)...);
-        } else {
-            top_ = &deeper_.emplace_back(std::forward<Arguments>(arguments)...);
+        if (next_ == end_) {
+            GoDeeper();
         }
-        ++size_;
+        ::new (static_cast<void*>(next_)) Frame(std::forward<Arguments>(arguments)...);
+        ++next_;
     }
     void Pop() noexcept {
-        --size_;
-        if (size_ < kInline) {
-            top_ = GetFirst() + size_ - 1;
-        } else {
-            deeper_.pop_back();
-            top_ = size_ == kInline ? GetFirst() + size_ - 1 : &deeper_.back();
+        --next_;
+        if (next_ == begin_ && piece_ != nullptr) {
+            GoBack();
         }
     }
 
 private:
     static_assert(std::is_trivially_destructible_v<Frame>, "frames are forgotten");
+    static_assert(alignof(Frame) <= alignof(std::max_align_t));
     static constexpr std::size_t kInline = 16;
 
-    Frame* GetFirst() noexcept { return reinterpret_cast<Frame*>(first_); }
+    struct Piece {
+        Piece(std::size_t count, Piece* previous)
+            : memory(new unsigned char[count * sizeof(Frame)]), length(count), above(previous) {}
 
-    alignas(Frame) unsigned char first_[kInline * sizeof(Frame)];
-    std::vector<Frame> deeper_;
-    std::size_t size_ = 0;
-    Frame* top_ = nullptr;
+        std::unique_ptr<unsigned char[]> memory;
+        std::size_t length;  // in frames
+        Piece* above;
+        std::unique_ptr<Piece> below;
+    };
+
+    static Frame* GetFirst(unsigned char* memory) noexcept { return reinterpret_cast<Frame*>(memory); }
+    static const Frame* GetFirst(const unsigned char* memory) noexcept {
+        return reinterpret_cast<const Frame*>(memory);
+    }
+
+    std::unique_ptr<Piece>& GetBelow() noexcept { return piece_ != nullptr ? piece_->below : below_; }
+    void GoDeeper() {
+        std::unique_ptr<Piece>& below = GetBelow();
+        if (below == nullptr) {
+            below = std::make_unique<Piece>(static_cast<std::size_t>(end_ - begin_) * 2, piece_);
+        }
+        piece_ = below.get();
+        begin_ = GetFirst(piece_->memory.get());
+        end_ = begin_ + piece_->length;
+        next_ = begin_;
+    }
+    /// The last frame of a piece has gone: the next one to go is the last of the piece above, which is full.
+    void GoBack() noexcept {
+        piece_ = piece_->above;
+        begin_ = GetFirst(piece_ != nullptr ? piece_->memory.get() : inline_);
+        end_ = begin_ + (piece_ != nullptr ? piece_->length : kInline);
+        next_ = end_;
+    }
+
+    alignas(Frame) unsigned char inline_[kInline * sizeof(Frame)];
+    std::unique_ptr<Piece> below_;  // the first piece of the heap
+    Piece* piece_ = nullptr;  // the present one; null for the object itself
+    Frame* begin_ = GetFirst(inline_);  // of the present piece
+    Frame* next_ = begin_;
+    Frame* end_ = begin_ + kInline;
 };
 
 }  // namespace KivGenerics

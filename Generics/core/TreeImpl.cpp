@@ -225,6 +225,7 @@ void TreeImpl::UpdateDerivedTemporality() {
     if (!isVaried_ && !hasStrays_ && emptyComposites_ == 0 && round_ < kLastRound) {
         ++round_;
         isAllPersistent_ = true;
+        isAllOnScale_ = true;
     } else {
         CalculateAll();
     }
@@ -235,11 +236,13 @@ void TreeImpl::UpdateDerivedTemporality() {
 void TreeImpl::CalculateAll() {
     if (!IsCompositeType(root_->GetType())) {
         isAllPersistent_ = root_->CalculateDerivedTemporality() == TemporalityPersistent;
+        isAllOnScale_ = isAllPersistent_;
         isVaried_ = !isAllPersistent_;
         return;
     }
     const TemporalitySummary summary = CalculateTemporality(*static_cast<Composite*>(root_));
     isAllPersistent_ = summary.isAllPersistent;
+    isAllOnScale_ = summary.isAllOnScale;
     isVaried_ = !summary.isAllPersistent;
     emptyComposites_ = summary.emptyComposites;
     if (round_ == kLastRound && !hasStrays_) {

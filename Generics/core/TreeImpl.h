@@ -91,6 +91,9 @@ public:
     bool HasUpdatedTemporality() const noexcept { return temporalityUpdated_ && !temporalityStale_; }
     /// True while every derived temporality below the root is TemporalityPersistent, and nothing else may stand there.
     bool IsAllPersistent() const noexcept { return isAllPersistent_ && !hasStrays_ && HasUpdatedTemporality(); }
+    /// True while every own and every derived temporality below the root is one of TemporalityDefault to TemporalityTemporary,
+    /// and nothing else may stand there.
+    bool IsAllOnScale() const noexcept { return isAllOnScale_ && !hasStrays_ && HasUpdatedTemporality(); }
     ForestImpl* GetForest() const noexcept { return forest_; }
     KivBase::Buffer* GetBuffer() const noexcept { return buffer_; }
 

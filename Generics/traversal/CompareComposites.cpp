@@ -2,6 +2,8 @@
 
 #include "core/CompareComposites.h"
 
+#include <algorithm>
+
 #include <KivBase/Guid.h>
 #include <KivGenerics/Boolean.h>
 #include <KivGenerics/Double.h>
@@ -60,7 +62,7 @@ int CompareValues(const T& mine, const T& theirs) {
 
 /// The nodes on the way down. Every step answers what decides: 0 as long as nothing does.
 ///
-/// Where kCountsAll, both trees are known to be persistent throughout, and that is counted: no temporality is looked at.
+/// Where kCountsAll, everything in both trees is known to count: no temporality is looked at.
 template <bool kCountsAll>
 class Comparer {
 public:
@@ -98,7 +100,7 @@ private:
             return 0;
         }
         auto* const theirs = static_cast<Composite*>(other);
-        const int sizes = GetSize(mine) - GetSize(*theirs);
+        const int sizes = CompareSizes(mine, *theirs);
         // Their map is walked over, and a walk does not enter what is outside its temporalities.
         if (sizes == 0 && (kCountsAll || mine.GetType() == NodeTypeVector || MayEnter(*theirs, seen_))) {
             path_.Push(mine, *theirs);
@@ -111,13 +113,36 @@ private:
         return node.GetType() == NodeTypeMap ? static_cast<const Map&>(node).GetSemanticTagNV() : SemanticTagDefault;
     }
 
-    int GetSize(Composite& composite) const {
-        const EnumOrvGenericsTemporality t = kCountsAll ? TemporalityTemporary : t_;
-        if (composite.GetType() == NodeTypeMap) {
-            return GetMapSize(MapChildren(static_cast<Map&>(composite)), t);
+    int CompareSizes(Composite& mine, Composite& theirs) const {
+        if constexpr (!kCountsAll) {
+            return mine.GetSize(t_) - theirs.GetSize(t_);
+        } else if (mine.GetType() == NodeTypeVector) {
+            return CountElements(mine) - CountElements(theirs);
+        } else {
+            return CompareWholeSizes(MapChildren(static_cast<Map&>(mine)), MapChildren(static_cast<Map&>(theirs)));
         }
-        auto& vector = static_cast<Vector&>(composite);
-        return kCountsAll ? static_cast<int>(NodeAccess::GetChildren(vector).size()) : vector.GetSize(t);
+    }
+    static int CountElements(Composite& vector) noexcept {
+        return static_cast<int>(NodeAccess::GetChildren(static_cast<Vector&>(vector)).size());
+    }
+    // Slots that are taken on both sides are most of them, and looked at together.
+    static int CompareWholeSizes(const MapChildren& mine, const MapChildren& theirs) noexcept {
+        int difference = CountOverflow(mine) - CountOverflow(theirs);
+        const int common = (std::min)(mine.slotCount, theirs.slotCount);
+        for (int i = 0; i < common; ++i) {
+            difference += (mine.slots[i] != nullptr ? 1 : 0) - (theirs.slots[i] != nullptr ? 1 : 0);
+        }
+        return difference + CountSlots(mine, common) - CountSlots(theirs, common);
+    }
+    static int CountSlots(const MapChildren& children, int from) noexcept {
+        int count = 0;
+        for (int i = from; i < children.slotCount; ++i) {
+            count += children.slots[i] != nullptr ? 1 : 0;
+        }
+        return count;
+    }
+    static int CountOverflow(const MapChildren& children) noexcept {
+        return children.overflow != nullptr ? static_cast<int>(children.overflow->size()) : 0;
     }
 
     Node* TakeCounted(ChildCursor& children) const {
@@ -136,13 +161,11 @@ private:
     }
 
     int GoOnInVector(Compared& compared) {
-        ChildCursor mine = compared.myChildren;
-        ChildCursor theirs = compared.theirChildren;
+        ChildCursor& mine = compared.myChildren;
+        ChildCursor& theirs = compared.theirChildren;
         while (Node* const left = TakeCounted(mine)) {
             Node* const right = TakeTheirElement(theirs);
             if (IsCompositeType(left->GetType())) {
-                compared.myChildren = mine;
-                compared.theirChildren = theirs;
                 return Begin(static_cast<Composite&>(*left), right);
             }
             if (const int order = CompareLeaves(*left, right)) {
@@ -189,8 +212,8 @@ private:
     }
 
     int GoOnInMap(Compared& compared) {
-        ChildCursor mine = compared.myChildren;
-        ChildCursor theirs = compared.theirChildren;
+        ChildCursor& mine = compared.myChildren;
+        ChildCursor& theirs = compared.theirChildren;
         while (Node* const right = theirs.Next()) {
             switch (IsShown(*right)) {
                 case Shown::No: continue;
@@ -205,8 +228,6 @@ private:
                 return order;
             }
             if (IsCompositeType(left->GetType())) {
-                compared.myChildren = mine;
-                compared.theirChildren = theirs;
                 return Begin(static_cast<Composite&>(*left), right);
             }
             if (const int order = CompareLeaves(*left, right)) {
@@ -280,9 +301,12 @@ private:
     FrameStack<Compared> path_;
 };
 
-/// True when the node, and everything below it, is known to be persistent.
-bool IsAllPersistent(const Node& node) noexcept {
-    return NodeAccess::GetTree(node)->IsAllPersistent() && !NodeAccess::IsFrozen(node);
+/// True when it is known that the node, and everything below it, counts and that a walk shows it.
+bool CountsAll(const Node& node, EnumOrvGenericsTemporality t) noexcept {
+    const TreeImpl& tree = *NodeAccess::GetTree(node);
+    const bool isKnown =
+        (t >= TemporalityPersistent && tree.IsAllPersistent()) || (t >= TemporalityTemporary && tree.IsAllOnScale());
+    return isKnown && !NodeAccess::IsFrozen(node);
 }
 
 }  // namespace
@@ -292,7 +316,7 @@ int CompareComposites(Composite& mine, Node* other, EnumOrvGenericsTemporality t
     if (order != 0) {
         return order;
     }
-    const bool countsAll = t >= TemporalityPersistent && IsAllPersistent(mine) && IsAllPersistent(*other);
+    const bool countsAll = CountsAll(mine, t) && CountsAll(*other, t);
     return countsAll ? Comparer<true>(t).Run(mine, other) : Comparer<false>(t).Run(mine, other);
 }
 

@@ -151,6 +151,26 @@ TEST_F(CompositeCompareTest, AMapOfReservedTemporalityIsNotWalkedOver) {
     EXPECT_EQ(-1, CompareAt(mine, theirs));
 }
 
+TEST_F(CompositeCompareTest, TemporalitiesOutsideTheScaleHideAlsoInAnUpdatedTree) {
+    Map* const mine = NewMap();
+    Map* const theirs = NewMap();
+    Put(PutMap(mine, 0), 0, 1);
+    auto* const inner = PutMap(theirs, 0);
+    Integer* const leaf = Put(inner, 0, 2);
+    EXPECT_EQ(-1, mine->Compare(theirs, TemporalityTemporary, true));
+    for (Node* const node : {static_cast<Node*>(leaf), static_cast<Node*>(inner)}) {
+        for (const auto t : {T(-1), TemporalityReserved, T(5)}) {
+            node->SetTemporality(t);
+            EXPECT_EQ(0, mine->Compare(theirs, TemporalityTemporary, true)) << t;
+            EXPECT_EQ(0, mine->Compare(theirs, TemporalityTemporary, true)) << t << ", nothing has changed since";
+        }
+        for (const auto t : {TemporalityTemporary, TemporalityTransient, TemporalityDefault}) {
+            node->SetTemporality(t);
+            EXPECT_EQ(-1, mine->Compare(theirs, TemporalityTemporary, true)) << t;
+        }
+    }
+}
+
 TEST_F(CompositeCompareTest, TagsDecideBeforeChildren) {
     Map* const left = NewMap(4100);
     Map* const right = NewMap(4099);

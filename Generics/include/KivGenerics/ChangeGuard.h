@@ -59,6 +59,7 @@ protected:
     bool temporalityStale_ = true;
     bool temporalityUpdated_ = false;  // every derived temporality is what an update made it, unless stale
     bool isAllPersistent_ = false;  // what the update made it is TemporalityPersistent throughout
+    bool isAllOnScale_ = false;  // own and derived temporalities were all TemporalityDefault to TemporalityTemporary
     bool isVaried_ = false;
     bool hasStrays_ = false;
     std::uint8_t round_ = 1;
