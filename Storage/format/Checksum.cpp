@@ -2,18 +2,15 @@
 
 #include <new>
 
-#ifdef KIV_XXHASH_DISPATCHES
-#include <xxh_x86dispatch.h>
-#else
-#include <xxhash.h>
-#endif
-
 #include "format/LittleEndian.h"
+#include "format/XxHash.h"
 
 namespace KivStorage {
 
 std::uint64_t Checksum(const std::uint8_t* bytes, std::size_t count, std::uint64_t seed) noexcept {
-    return XXH3_64bits_withSeed(bytes, count, seed);
+    const std::uint64_t checksum = XXH3_64bits_withSeed(bytes, count, seed);
+    LeaveWideRegisters();
+    return checksum;
 }
 
 struct PiecewiseChecksum::State {
@@ -29,6 +26,7 @@ PiecewiseChecksum::PiecewiseChecksum(std::uint64_t seed) : state_(new State) {
 
 void PiecewiseChecksum::Add(const std::uint8_t* bytes, std::size_t count) noexcept {
     XXH3_64bits_update(state_->xxh, bytes, count);
+    LeaveWideRegisters();
 }
 
 void PiecewiseChecksum::StartFrom(const PiecewiseChecksum& other) noexcept {
@@ -36,7 +34,9 @@ void PiecewiseChecksum::StartFrom(const PiecewiseChecksum& other) noexcept {
 }
 
 std::uint64_t PiecewiseChecksum::Get() const noexcept {
-    return XXH3_64bits_digest(state_->xxh);
+    const std::uint64_t checksum = XXH3_64bits_digest(state_->xxh);
+    LeaveWideRegisters();
+    return checksum;
 }
 
 void PiecewiseChecksum::Free::operator()(State* state) const noexcept {
