@@ -11,7 +11,7 @@ namespace {
 
 // A calibration this much slower than the fastest tells of a disturbance.
 constexpr double kDisturbed = 1.1;
-constexpr int kLeastSamples = 3;
+constexpr std::size_t kLeastSamples = 3;
 
 using Samples = std::vector<Sample>;
 
@@ -46,22 +46,24 @@ Figure MakeFigure(std::vector<double> nanoseconds) {
     return figure;
 }
 
-Figure MakeFigure(const Samples& samples, std::size_t operation, const Calm& calm, double divisor) {
+/// Of the samples that nothing disturbed; where there are too few, of the half that was disturbed least.
+Figure MakeFigure(Samples samples, std::size_t operation, const Calm& calm, double divisor) {
     constexpr double kNanoseconds = 1e9;
-    std::vector<double> good;
-    std::vector<double> all;
+    std::stable_sort(samples.begin(), samples.end(), [operation](const Sample& left, const Sample& right) {
+        return left.calibration[operation] < right.calibration[operation];
+    });
+    const auto isCalm = [&](const Sample& sample) { return !calm.IsDisturbed(sample.calibration[operation]); };
+    const auto calmOnes = static_cast<std::size_t>(std::count_if(samples.begin(), samples.end(), isCalm));
+    const bool disturbed = calmOnes < kLeastSamples && calmOnes < samples.size();
+    samples.resize(disturbed ? (samples.size() + 1) / 2 : calmOnes);
+    std::vector<double> nanoseconds;
     for (const Sample& sample : samples) {
-        const double nanoseconds = sample.seconds[operation] * kNanoseconds / divisor;
-        all.push_back(nanoseconds);
-        if (!calm.IsDisturbed(sample.calibration[operation])) {
-            good.push_back(nanoseconds);
-        }
+        nanoseconds.push_back(sample.seconds[operation] * kNanoseconds / divisor);
     }
-    if (all.front() == 0) {
+    if (nanoseconds.front() == 0) {
         return {};
     }
-    const bool disturbed = good.size() < static_cast<std::size_t>(kLeastSamples) && good.size() < all.size();
-    Figure figure = MakeFigure(disturbed ? all : good);
+    Figure figure = MakeFigure(std::move(nanoseconds));
     figure.disturbed = disturbed;
     return figure;
 }
