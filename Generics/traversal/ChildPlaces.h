@@ -17,33 +17,32 @@ namespace KivGenerics {
 class VectorPlaces {
 public:
     /// Before the first element with `at` -1.
-    VectorPlaces(Vector& vector, int at) noexcept : vector_(vector), at_(static_cast<std::size_t>(at)) {}
+    VectorPlaces(Vector& vector, int at) noexcept : vector_(vector), behind_(static_cast<std::size_t>(at + 1)) {}
 
-    int GetPlace() const noexcept { return static_cast<int>(at_); }
+    int GetPlace() const noexcept { return static_cast<int>(behind_) - 1; }
     /// Goes on: true when there is a child, which `child` is then.
     bool Next(Node*& child) noexcept {
-        ++at_;
+        ++behind_;
         return Get(child);
     }
     /// The same, with `child`, the present one, removed.
     bool NextWithout(Node*& child) {
-        vector_.Remove(static_cast<int>(at_));  // the next child moves to its place
+        vector_.Remove(GetPlace());  // the next child moves to its place
         return Get(child);
     }
 
 private:
     bool Get(Node*& child) const noexcept {
         const auto& elements = NodeAccess::GetChildren(vector_);
-        Node* const* const place = elements.data() + at_;
-        if (place >= elements.data() + elements.size()) {
+        if (behind_ > elements.size()) {
             return false;
         }
-        child = *place;
+        child = elements[behind_ - 1];
         return true;
     }
 
     Vector& vector_;
-    std::size_t at_;
+    std::size_t behind_;  // the place after the present one
 };
 
 /// Where an OverflowPlaces stood.
