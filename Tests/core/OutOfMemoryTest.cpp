@@ -113,6 +113,35 @@ TEST_F(OutOfMemoryTest, EveryKindIsRefusedAlikeAndMadeAfterwards) {
     }
 }
 
+TEST_F(OutOfMemoryTest, AVectorMakesRoomForAChildBeforeTheChild) {
+    const std::function<void(Vector&)> creations[] = {
+        [](Vector& full) { full.Add(NodeTypeInteger); },
+        [](Vector& full) { full.Add<Integer>(); },
+        [](Vector& full) { full.Insert(0, NodeTypeInteger); },
+        [](Vector& full) { full.NewNode(full.GetSize(TemporalityTemporary), NodeTypeInteger); },
+    };
+    int index = 2;
+    for (const auto& create : creations) {
+        auto& filled = *static_cast<Vector*>(root->NewNode(index++, NodeTypeVector));
+        std::vector<int> refusedAt;
+        for (int i = 0; i < 40; ++i) {
+            const int size = filled.GetSize(TemporalityTemporary);
+            // The one request that is served is the room's where the vector is full, and stays; else it is the child's.
+            buffers.FailAfter(1, BufferLog::Refusal::Throw);
+            try {
+                create(filled);
+                EXPECT_EQ(filled.GetSize(TemporalityTemporary), size + 1);
+            } catch (const std::bad_alloc&) {
+                EXPECT_EQ(filled.GetSize(TemporalityTemporary), size);
+                refusedAt.push_back(size);
+            }
+            buffers.Recover();
+        }
+        EXPECT_EQ(refusedAt, (std::vector<int>{0, 4, 8, 16, 32}));
+        EXPECT_EQ(CheckInvariants(root), 0);
+    }
+}
+
 TEST_F(OutOfMemoryTest, AWaitingNodeNeedsNoMemory) {
     root->Remove(0);
     buffers.FailAfter(0, BufferLog::Refusal::Throw);

@@ -202,6 +202,31 @@ bool LoadWithFault(const std::vector<std::uint8_t>& saved, long k, Faults::Lasti
     return struck;
 }
 
+TEST(TreeAllocationTest, AnIteratorThatRunsOutOfMemoryGoesOnWhereItWas) {
+    const auto tree = NewDocument();
+    std::vector<Node*> expected;
+    for (const auto iterator = tree->GetRoot()->GetIterator(); iterator->HasNext();) {
+        expected.push_back(iterator->Next());
+    }
+    long k = 1;
+    for (bool struck = true; struck; ++k) {
+        std::vector<Node*> nodes;
+        nodes.reserve(2 * expected.size());
+        const auto iterator = tree->GetRoot()->GetIterator();
+        const Faults::Armed armed(k, Faults::Lasting::Once);
+        while (iterator->HasNext()) {
+            try {
+                nodes.push_back(iterator->Next());
+            } catch (const std::bad_alloc&) {
+                EXPECT_TRUE(armed.HasStruck());
+            }
+        }
+        struck = armed.HasStruck();
+        EXPECT_EQ(nodes, expected) << k;
+    }
+    EXPECT_GT(k, 5);
+}
+
 TEST(TreeAllocationTest, ALoadThatRunsOutOfMemoryLeavesATreeThatCanBeUsed) {
     const auto document = NewDocument();
     const auto saved = KivStorage::MemoryWriteStream::Create();
