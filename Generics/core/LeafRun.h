@@ -19,6 +19,10 @@ public:
     static std::size_t Count(const TreeImpl& tree) noexcept {
         return tree.MayTake<T>() ? tree.GetBuffer()->template CountTakeable<T>() : 0;
     }
+    /// The same, at most `wanted`.
+    static std::size_t Count(const TreeImpl& tree, std::size_t wanted) noexcept {
+        return tree.MayTake<T>() ? tree.GetBuffer()->template CountTakeable<T>(wanted) : 0;
+    }
 
     /// Each leaf counts as `changes` changes. `most` is at most Count.
     LeafRun(TreeImpl& tree, Composite* parent, std::size_t most, std::uint32_t changes) noexcept

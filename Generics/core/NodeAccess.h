@@ -64,12 +64,18 @@ struct NodeAccess {
     template <class T>
     static void SetTemporalityOfNew(T& node, EnumOrvGenericsTemporality t) noexcept {
         if constexpr (std::is_final_v<T> && !std::is_base_of_v<Composite, T>) {
-            node.temporality_ = t;
-            if (t != TemporalityDefault && t != TemporalityPersistent) {
-                node.tree_->NoteVaried();
-            }
+            SetTemporalityOfNewLeaf(node, t);
+            NoteTemporalityOfNew(node, t);
         } else {
             node.TakeWhenNew(t);
+        }
+    }
+    /// The same for a leaf, where the tree has been told by NoteTemporalityOfNew.
+    static void SetTemporalityOfNewLeaf(Node& leaf, EnumOrvGenericsTemporality t) noexcept { leaf.temporality_ = t; }
+    /// What the tree of `node` must know of the own temporality of new leaves.
+    static void NoteTemporalityOfNew(const Node& node, EnumOrvGenericsTemporality t) noexcept {
+        if (t != TemporalityDefault && t != TemporalityPersistent) {
+            node.tree_->NoteVaried();
         }
     }
     static void MakePersistent(Node& node) { node.MakePersistent(); }

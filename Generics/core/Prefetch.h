@@ -15,4 +15,11 @@ inline void PrefetchBehind([[maybe_unused]] const Node* node) noexcept {
 #endif
 }
 
+/// Asks for a node that will be needed soon.
+inline void Fetch([[maybe_unused]] const Node& node) noexcept {
+#if defined(__GNUC__)
+    __builtin_prefetch(&node);
+#endif
+}
+
 }  // namespace KivGenerics

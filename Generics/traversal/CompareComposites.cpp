@@ -14,6 +14,7 @@
 
 #include "core/ChildCursor.h"
 #include "core/FrameStack.h"
+#include "core/Prefetch.h"
 #include "core/Raise.h"
 #include "core/TextUnits.h"
 #include "core/Texts.h"
@@ -38,10 +39,15 @@ int GetSeenFlags(EnumOrvGenericsTemporality t) noexcept {
 /// Two composites that are being compared.
 struct Compared {
     Compared(Composite& myComposite, Composite& theirComposite) noexcept
-        : mine(myComposite), theirs(theirComposite), myChildren(mine), theirChildren(theirs) {}
+        : mine(myComposite),
+          theirs(theirComposite),
+          areVectors(mine.GetType() == NodeTypeVector),
+          myChildren(mine),
+          theirChildren(theirs) {}
 
     Composite& mine;
     Composite& theirs;
+    bool areVectors;  // said here, so that coming back asks for no node that has left the processor's cache
     ChildCursor myChildren;
     ChildCursor theirChildren;
 };
@@ -72,7 +78,7 @@ public:
         int order = Begin(mine, theirs);
         while (order == 0 && !path_.IsEmpty()) {
             Compared& compared = path_.Top();
-            order = compared.mine.GetType() == NodeTypeVector ? GoOnInVector(compared) : GoOnInMap(compared);
+            order = compared.areVectors ? GoOnInVector(compared) : GoOnInMap(compared);
         }
         return order;
     }
@@ -100,6 +106,8 @@ private:
             return 0;
         }
         auto* const theirs = static_cast<Composite*>(other);
+        PrefetchBehind(&mine);
+        PrefetchBehind(theirs);
         const int sizes = CompareSizes(mine, *theirs);
         // Their map is walked over, and a walk does not enter what is outside its temporalities.
         if (sizes == 0 && (kCountsAll || mine.GetType() == NodeTypeVector || MayEnter(*theirs, seen_))) {

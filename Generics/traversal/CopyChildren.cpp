@@ -12,6 +12,8 @@
 #include "core/ChildCursor.h"
 #include "core/FrameStack.h"
 #include "core/LeafRun.h"
+#include "core/Likeness.h"
+#include "core/Prefetch.h"
 #include "core/Raise.h"
 #include "core/Texts.h"
 #include "traversal/WalkFlags.h"
@@ -21,10 +23,12 @@ namespace {
 
 /// A composite that is being copied.
 struct Copied {
-    Copied(Composite& copy, Composite& original) noexcept : target(copy), source(original), children(original) {}
+    Copied(Composite& copy, Composite& original) noexcept
+        : target(copy), source(original), isVector(copy.GetType() == NodeTypeVector), children(original) {}
 
     Composite& target;
     Composite& source;
+    bool isVector;  // said here, so that coming back asks for no node that has left the processor's cache
     ChildCursor children;
 };
 
@@ -120,37 +124,38 @@ Node* CopyLeafIntoMap(TreeImpl& tree, const MapChildren& target, Node& source, C
     return Populated(MakeInMap(tree, target, source, parent), source);
 }
 
-/// The end of the leaves of this kind from `first` on, at most `most`.
+/// Makes the next leaf of a run, a copy.
 template <class T>
-Node* const* FindEndOfKind(Node* const* first, Node* const* end) noexcept {
-    while (first != end && *first != nullptr && (*first)->GetType() == T::StaticType) {
-        ++first;
-    }
-    return first;
+T* CopyNext(LeafRun<T>& run, const Node& source, int index, EnumOrvGenericsTemporality t) noexcept {
+    PrefetchBehind(&source);
+    T* const copy = run.Make(index);
+    NodeAccess::SetTemporalityOfNewLeaf(*copy, t);
+    NodeAccess::GetValue(*copy) = NodeAccess::GetValue(static_cast<const T&>(source));
+    return copy;
 }
 
 /// Few enough leaves that all are still in the processor's cache when they have been looked at once.
 constexpr std::ptrdiff_t kFewLeaves = 64;
-/// Fewer are copied one by one.
-constexpr std::ptrdiff_t kShortestRun = 8;
 
-/// Copies the elements of this kind that come next into the room that the target and the present block have; it answers how
-/// many.
+/// Copies the elements like the first one, of the kind T, that come next into the room that the target and the present block
+/// have; it answers how many.
 template <class T>
 std::size_t CopyRun(TreeImpl& tree, Vector& target, Node* const* first, Node* const* end) {
     auto& elements = NodeAccess::GetChildren(target);
-    const std::size_t room = (std::min)(elements.capacity() - elements.size(), LeafRun<T>::Count(tree));
-    const std::ptrdiff_t most = (std::min)({static_cast<std::ptrdiff_t>(room), kFewLeaves, end - first});
-    end = FindEndOfKind<T>(first, first + most);
+    const auto most = static_cast<std::size_t>((std::min)(kFewLeaves, end - first));
+    const std::size_t room = LeafRun<T>::Count(tree, (std::min)(elements.capacity() - elements.size(), most));
+    if (room == 0) {
+        return 0;
+    }
+    end = FindEndOfLike(first, first + room);
     const auto count = static_cast<std::size_t>(end - first);
+    const EnumOrvGenericsTemporality t = (*first)->GetTemporality();
+    NodeAccess::NoteTemporalityOfNew(target, t);
+    LeafRun<T> run(tree, &target, count, kChangesInVector);
     auto index = static_cast<int>(elements.size());
     elements.resize(elements.size() + count);
-    Node** place = elements.data() + index;
-    LeafRun<T> run(tree, &target, count, kChangesInVector);
-    for (; first != end; ++first) {
-        T* const copy = run.Make(index++);
-        *place++ = copy;
-        FillLeaf(*copy, static_cast<T&>(**first));
+    for (Node** place = elements.data() + index; first != end; ++first) {
+        *place++ = CopyNext(run, **first, index++, t);
     }
     return count;
 }
@@ -163,7 +168,7 @@ bool CopyElements(TreeImpl& tree, Vector& target, Copied& copied, Node*& next) {
     Node* const* const end = copied.children.GetRunEnd();
     NodeAccess::NoteChild(target);
     while (place != end && (*place)->GetType() == T::StaticType) {
-        if (const std::size_t count = end - place >= kShortestRun ? CopyRun<T>(tree, target, place, end) : 0) {
+        if (const std::size_t count = CopyRun<T>(tree, target, place, end)) {
             place += count;
             continue;
         }
@@ -186,8 +191,7 @@ bool CopyElement(Vector& target, Node& source) {
 
 /// Copies the leaves that come next; answers the composite behind them, or null at the end. Elements of one vector are of
 /// one kind, or Add refuses them.
-Node* CopyLeavesIntoVector(Vector& target, Copied& copied) {
-    TreeImpl& tree = *NodeAccess::GetTree(target);
+Node* CopyLeavesIntoVector(TreeImpl& tree, Vector& target, Copied& copied) {
     Node* child = copied.children.Next();
     bool goesOn = true;
     while (goesOn && child != nullptr && !IsCompositeType(child->GetType())) {
@@ -216,54 +220,54 @@ Node* CopyLeavesIntoVector(Vector& target, Copied& copied) {
     return goesOn ? child : nullptr;
 }
 
-/// Copies the leaves of this kind that come next into the overflow store, as long as neither that nor the tree needs memory for
-/// them. The first of them has been taken.
+/// Copies the leaves like the one that has been taken last, of the kind T, which come next into the overflow store, as long as
+/// neither that nor the tree needs memory for them: at least that one, or false.
 template <class T>
-void CopyRunBeyond(TreeImpl& tree, const MapChildren& target, ChildCursor& children) {
+bool CopyRunBeyond(TreeImpl& tree, const MapChildren& target, ChildCursor& children) {
     Node* const* place = children.GetTaken();
-    const std::size_t room = (std::min)(target.overflow->CountAppendable(), LeafRun<T>::Count(tree));
-    const std::ptrdiff_t most = (std::min)(static_cast<std::ptrdiff_t>(room), children.GetRunEnd() - place);
-    Node* const* const end = FindEndOfKind<T>(place, place + most);
-    LeafRun<T> run(tree, &target.map, static_cast<std::size_t>(end - place), kChangesInMap);
-    for (; place != end && IsCopied(**place); ++place) {
-        const int index = (*place)->GetIndex();
-        T* const copy = run.Make(index);
-        target.overflow->Append(index, copy);
-        FillLeaf(*copy, static_cast<T&>(**place));
+    const auto rest = static_cast<std::size_t>(children.GetRunEnd() - place);
+    const std::size_t room = LeafRun<T>::Count(tree, (std::min)(target.overflow->CountAppendable(), rest));
+    if (room == 0) {
+        return false;
     }
-    children.GoOnAt(place);
+    Node* const* const end = FindEndOfLike(place, place + room);
+    const auto count = static_cast<std::size_t>(end - place);
+    const EnumOrvGenericsTemporality t = (*place)->GetTemporality();
+    NodeAccess::NoteTemporalityOfNew(target.map, t);
+    LeafRun<T> run(tree, &target.map, count, kChangesInMap);
+    for (auto added = target.overflow->AppendRoom(count); place != end; ++place) {
+        const int index = (*place)->GetIndex();
+        *added.keys++ = index;
+        *added.payloads++ = CopyNext(run, **place, index, t);
+    }
+    children.GoOnAt(end);
+    return true;
 }
 
 /// The same for whatever leaf has been taken last; false, with nothing done, where that is none to be copied so.
 bool CopyRunBeyond(TreeImpl& tree, const MapChildren& target, ChildCursor& children, const Node& source) {
-    Node* const* const taken = children.GetTaken();
     if (!target.HasRoom(source.GetIndex())) {
         return false;
     }
     switch (source.GetType()) {
-        case NodeTypeInteger: CopyRunBeyond<Integer>(tree, target, children); break;
-        case NodeTypeGlobalID: CopyRunBeyond<GlobalID>(tree, target, children); break;
-        case NodeTypeDouble: CopyRunBeyond<Double>(tree, target, children); break;
-        case NodeTypeBoolean: CopyRunBeyond<Boolean>(tree, target, children); break;
-        case NodeTypeInteger64: CopyRunBeyond<Integer64>(tree, target, children); break;
+        case NodeTypeInteger: return CopyRunBeyond<Integer>(tree, target, children);
+        case NodeTypeGlobalID: return CopyRunBeyond<GlobalID>(tree, target, children);
+        case NodeTypeDouble: return CopyRunBeyond<Double>(tree, target, children);
+        case NodeTypeBoolean: return CopyRunBeyond<Boolean>(tree, target, children);
+        case NodeTypeInteger64: return CopyRunBeyond<Integer64>(tree, target, children);
         case NodeTypeString:
         case NodeTypeVector:
         case NodeTypeMap:
         case NodeTypeIntegerSet:
         case NodeTypeIdSet:
         case NodeTypeStringSet:
-        case NodeTypeDoubleSet: return false;
+        case NodeTypeDoubleSet: break;
     }
-    if (children.GetTaken() == taken - 1) {
-        children.GoOnAt(taken + 1);
-        return false;
-    }
-    return true;
+    return false;
 }
 
 /// The same for a map. What is hidden is left out, but not what stands below it.
-Node* CopyLeavesIntoMap(Map& target, Copied& copied) {
-    TreeImpl& tree = *NodeAccess::GetTree(target);
+Node* CopyLeavesIntoMap(TreeImpl& tree, Map& target, Copied& copied) {
     const MapChildren places(target);
     ChildCursor children = copied.children;
     Node* child = children.Next();
@@ -292,18 +296,18 @@ void MakeRoom(Composite& target, Composite& source) {
     }
 }
 
-Node* CopyLeaves(Copied& copied) {
-    return copied.target.GetType() == NodeTypeVector ? CopyLeavesIntoVector(static_cast<Vector&>(copied.target), copied)
-                                                     : CopyLeavesIntoMap(static_cast<Map&>(copied.target), copied);
+Node* CopyLeaves(TreeImpl& tree, Copied& copied) {
+    return copied.isVector ? CopyLeavesIntoVector(tree, static_cast<Vector&>(copied.target), copied)
+                           : CopyLeavesIntoMap(tree, static_cast<Map&>(copied.target), copied);
 }
 
 /// Makes the copy of a composite, still empty, where it belongs; null where there is no node to be had.
-Composite* CopyComposite(Composite& target, Node& source, Composite& parent) {
-    if (target.GetType() == NodeTypeMap) {
-        TreeImpl& tree = *NodeAccess::GetTree(target);
-        return static_cast<Composite*>(MakeInMap(tree, MapChildren(static_cast<Map&>(target)), source, parent));
+Composite* CopyComposite(TreeImpl& tree, Copied& copied, Node& source) {
+    if (!copied.isVector) {
+        const MapChildren target(static_cast<Map&>(copied.target));
+        return static_cast<Composite*>(MakeInMap(tree, target, source, copied.source));
     }
-    auto& vector = static_cast<Vector&>(target);
+    auto& vector = static_cast<Vector&>(copied.target);
     const auto& elements = NodeAccess::GetChildren(vector);
     const bool takesVectors = elements.empty() || elements.front()->GetType() == NodeTypeVector;
     return source.GetType() == NodeTypeVector && takesVectors
@@ -312,8 +316,7 @@ Composite* CopyComposite(Composite& target, Node& source, Composite& parent) {
 }
 
 /// What Populate of a new composite does before the children come: two changes, its own and that of its Clear.
-void TakeOver(Composite& target, const Node& source) {
-    TreeImpl& tree = *NodeAccess::GetTree(target);
+void TakeOver(TreeImpl& tree, Composite& target, const Node& source) {
     tree.CheckReadOnly();
     tree.CountMore(1);
     NodeAccess::SetTemporality(target, source.GetTemporality());
@@ -322,20 +325,21 @@ void TakeOver(Composite& target, const Node& source) {
 }  // namespace
 
 void CopyChildren(Composite& target, Composite& source) {
+    TreeImpl& tree = *NodeAccess::GetTree(target);
     FrameStack<Copied> path;
     MakeRoom(target, source);
     path.Push(target, source);
     while (!path.IsEmpty()) {
         Copied& copied = path.Top();
-        Node* const below = CopyLeaves(copied);
-        Composite* const copy = below != nullptr ? CopyComposite(copied.target, *below, copied.source) : nullptr;
+        Node* const below = CopyLeaves(tree, copied);
+        Composite* const copy = below != nullptr ? CopyComposite(tree, copied, *below) : nullptr;
         if (copy != nullptr) {
-            TakeOver(*copy, *below);
+            TakeOver(tree, *copy, *below);
             MakeRoom(*copy, static_cast<Composite&>(*below));
             path.Push(*copy, static_cast<Composite&>(*below));
             continue;
         }
-        if (copied.target.GetType() == NodeTypeMap) {
+        if (!copied.isVector) {
             NodeAccess::SetTag(static_cast<Map&>(copied.target), copied.source.GetSemanticTag());
         }
         path.Pop();
@@ -347,7 +351,7 @@ void PopulateNew(Node& target, Node& source) {
         target.Populate(&source);
         return;
     }
-    TakeOver(static_cast<Composite&>(target), source);
+    TakeOver(*NodeAccess::GetTree(target), static_cast<Composite&>(target), source);
     CopyChildren(static_cast<Composite&>(target), static_cast<Composite&>(source));
 }
 

@@ -10,6 +10,7 @@
 
 #include <KivGenerics/Map.h>
 
+#include "core/Likeness.h"
 #include "core/Prefetch.h"
 #include "traversal/ChildPlaces.h"
 #include "traversal/ShowLeaf.h"
@@ -35,13 +36,6 @@ struct Frame {
     };
 };
 
-/// What leaves that a walk treats alike have in common.
-std::uint32_t GetLikeness(const Node& leaf) noexcept {
-    const auto type = static_cast<std::uint8_t>(leaf.GetType());
-    const auto temporality = static_cast<std::uint8_t>(leaf.GetTemporality());
-    return type | static_cast<std::uint32_t>(temporality) << 8;
-}
-
 class Walker {
 public:
     explicit Walker(const WalkTask& task) noexcept : task_(task) {}
@@ -50,6 +44,7 @@ public:
 
 private:
     static constexpr int kFrames = 64;
+    static constexpr int kAhead = 6;  // levels that the processor's memory is asked for in time
     static constexpr std::uint32_t kNoTemporality = 0x100;  // a node stores its own in 8 bits
 
     Frame* GetFirst() noexcept { return reinterpret_cast<Frame*>(frames_); }
@@ -85,6 +80,7 @@ private:
                 return false;
             }
         }
+        PrefetchBehind(&composite);
         if (const WalkLevel* const below = level.GetBelow()) {
             ::new (frame) Frame(composite, *below, GetFirstStage(composite), isShownAgain);
             return true;
@@ -305,6 +301,10 @@ VisitCode Walker::Run(Composite& top, const WalkLevel& topLevel) {
             child = &frame.composite;
             code = Leave(frame);
             --end;
+            // On the way up nothing else foresees which nodes come next.
+            if (end - first > kAhead) {
+                Fetch(end[-kAhead].composite);
+            }
             if (end == first || code == VisitStop) {
                 return code;
             }

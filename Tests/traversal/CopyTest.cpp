@@ -58,6 +58,22 @@ TEST_P(MapCopyTest, AnOverflowStoreIsMadeOnlyForChildrenBeyondTheSlots) {
     EXPECT_EQ(GetParam().slots < 8, map_->HasOverflow());
 }
 
+TEST_P(MapCopyTest, ChildrenFromSlotsWithGapsComeBeyondTheSlotsOfAMapWithFewer) {
+    Map* const source = PutMap(otherRoot_, 0, 4107);
+    for (const int index : {1, 2, 5, 6, 7, 10, 12, 13, 15, 16, 17, 30}) {
+        Put(source, index, 100 + index);
+    }
+    static_cast<Integer*>(source->Get(13))->SetTemporality(TemporalityTransient);
+    source->Get(16)->SetTemporality(TemporalityReserved);
+    map_->Populate(source);
+    EXPECT_EQ("4107{1:101 2:102 5:105 6:106 7:107 10:110 12:112 13:113 15:115 17:117 30:130}", Show(map_));
+    EXPECT_EQ(TemporalityPersistent, map_->Get(12)->GetTemporality());
+    EXPECT_EQ(TemporalityTransient, map_->Get(13)->GetTemporality());
+    EXPECT_EQ(TemporalityPersistent, map_->Get(15)->GetTemporality());
+    tree_->UpdateDerivedTemporality();
+    EXPECT_FALSE(map_->Get(13)->ShouldVisit(TemporalityPersistent)) << "the tree knows of its temporality";
+}
+
 TEST_P(MapCopyTest, CopyingFromItselfLeavesContentAndTag) {
     Fill(map_);
     map_->SetTemporality(TemporalityTransient);

@@ -125,6 +125,21 @@ public:
 
     /// Adds a key with its payload behind all others, where CanAppend. Needs no memory.
     void Append(const Key& key, const Payload& payload) noexcept { AppendToLeaf(*ToLeaf(root_), key, payload); }
+    /// What AppendRoom gives: `count` places for keys, and those for their payloads.
+    struct Room {
+        Key* keys;
+        Payload* payloads;
+    };
+    /// Adds `count` keys behind all others, as many as CountAppendable at most. The caller fills them in at once, in ascending
+    /// order, all of them behind those that are there. Needs no memory.
+    Room AppendRoom(std::size_t count) noexcept {
+        Leaf& leaf = *ToLeaf(root_);
+        const int at = leaf.size;
+        leaf.size = static_cast<std::uint16_t>(at + static_cast<int>(count));
+        size_ += static_cast<std::uint32_t>(count);
+        ++changes_;
+        return {leaf.GetKeys() + at, leaf.GetPayloads() + at};
+    }
     /// False when `key` is absent.
     bool Remove(const Key& key) noexcept;
     void Clear() noexcept;

@@ -46,6 +46,12 @@ public:
     std::size_t CountTakeable() const noexcept {
         return static_cast<std::size_t>(end_ - cursor_) / GetTakenSize<T>();
     }
+    /// The same, at most `wanted`.
+    template <class T>
+    std::size_t CountTakeable(std::size_t wanted) const noexcept {
+        const bool hasRoom = wanted * GetTakenSize<T>() <= static_cast<std::size_t>(end_ - cursor_);
+        return hasRoom ? wanted : CountTakeable<T>();
+    }
     /// Take for so many T, side by side, GetTakenSize<T>() bytes each; at most CountTakeable<T>().
     template <class T>
     char* TakeRun(std::size_t count) noexcept {
