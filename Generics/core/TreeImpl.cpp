@@ -44,9 +44,13 @@ private:
 namespace {
 
 /// Composite::Get without the virtual call.
-Node* GetChild(const Node& composite, std::int32_t index) noexcept {
-    return composite.GetType() == NodeTypeMap ? static_cast<const Map&>(composite).GetNV(index)
-                                              : static_cast<const Vector&>(composite).GetNV(index);
+/// Null also where `node` is a leaf.
+Node* GetChild(const Node& node, std::int32_t index) noexcept {
+    switch (node.GetType()) {
+        case NodeTypeMap: return static_cast<const Map&>(node).GetNV(index);
+        case NodeTypeVector: return static_cast<const Vector&>(node).GetNV(index);
+        default: return nullptr;
+    }
 }
 
 }  // namespace
@@ -201,19 +205,16 @@ void TreeImpl::ResetChangeCount() {
 // kept-on-purpose: find-key-needs-colon
 Node* TreeImpl::FindNodeByKey(const KivBase::WString& key) const {
     Node* node = root_;
-    const char16_t* unit = key.data();
-    const char16_t* const end = unit + key.size();
-    while (unit != end && node != nullptr) {
+    // The NUL behind a text ends a number, too: only there has the end to be looked for.
+    for (const char16_t* unit = key.c_str(); node != nullptr; ++unit) {
         std::uint32_t number = 0;
-        // The NUL behind a text is no digit either.
-        for (std::uint32_t digit = 0; (digit = std::uint32_t{*unit} - u'0') <= 9; ++unit) {
-            number = number * 10U + digit;
+        for (; *unit >= u'0' && *unit <= u'9'; ++unit) {
+            number = number * 10U + static_cast<std::uint32_t>(*unit - u'0');
         }
-        if (unit == end) {
-            break;
+        if (*unit != u':') {
+            return unit == key.c_str() + key.size() ? node : nullptr;
         }
-        const bool isStep = *unit++ == u':' && IsCompositeType(node->GetType());
-        node = isStep ? GetChild(*node, static_cast<std::int32_t>(number)) : nullptr;
+        node = GetChild(*node, static_cast<std::int32_t>(number));
     }
     return node;
 }
