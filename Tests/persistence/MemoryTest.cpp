@@ -99,6 +99,14 @@ TEST(MemoryTest, ABufferThatThrowsEndsTheLoadAndReleasesTheStream) {
     }
 }
 
+TEST(MemoryTest, ALoadThatEndsAmongElementsKeepsNoMemoryForTheOthers) {
+    const Calls ends = InEnvelope({"Begin 0407", "Long 00010100", "Begin 0406", "Long 00648100", "Long 00000001"});
+    const auto tree = CreateGenericTree(EnumOrvObjectType{});
+    ScriptedArchive archive(ends);
+    EXPECT_GT(0, tree->LoadFromArchive(&archive));
+    EXPECT_LE(tree->BufferQueryB(), 1500U);  // an array for 100 elements, and not the 4,000 bytes of these
+}
+
 TEST(MemoryTest, AnElementThatDoesNotFitLeavesASetAsItWas) {
     const LimitedBuffers buffers;
     for (const Manner manner : {Manner::AnswerNull, Manner::Throw}) {
