@@ -17,12 +17,12 @@ namespace KivGenerics {
 class VectorPlaces {
 public:
     /// Before the first element with `at` -1.
-    VectorPlaces(Vector& vector, int at) noexcept : vector_(vector), behind_(static_cast<std::size_t>(at + 1)) {}
+    VectorPlaces(Vector& vector, int at) noexcept : vector_(vector), at_(at) {}
 
-    int GetPlace() const noexcept { return static_cast<int>(behind_) - 1; }
+    int GetPlace() const noexcept { return static_cast<int>(at_); }
     /// Goes on: true when there is a child, which `child` is then.
     bool Next(Node*& child) noexcept {
-        ++behind_;
+        ++at_;
         return Get(child);
     }
     /// The same, with `child`, the present one, removed.
@@ -33,16 +33,19 @@ public:
 
 private:
     bool Get(Node*& child) const noexcept {
+        // Addresses are compared: the size would be calculated from them, and there may be no array any more.
         const auto& elements = NodeAccess::GetChildren(vector_);
-        if (behind_ > elements.size()) {
+        const auto at = static_cast<std::size_t>(at_);
+        if (reinterpret_cast<std::uintptr_t>(elements.data()) + at * sizeof(Node*) >=
+            reinterpret_cast<std::uintptr_t>(elements.data() + elements.size())) {
             return false;
         }
-        child = elements[behind_ - 1];
+        child = elements[at];
         return true;
     }
 
     Vector& vector_;
-    std::size_t behind_;  // the place after the present one
+    std::ptrdiff_t at_;
 };
 
 /// Where an OverflowPlaces stood.
