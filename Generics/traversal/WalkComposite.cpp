@@ -186,18 +186,18 @@ private:
             frame.composite.Remove(frame.at);
         }
         const MapChildren children(static_cast<Map&>(frame.composite));
-        const WalkLevel& level = frame.level;
+        Node* const* const end = children.slots + children.slotCount;
         std::uint32_t seen = kNoTemporality;  // the one of the leaf that was shown last
-        for (int i = frame.at + 1; i < children.slotCount; ++i) {
-            Node* const child = children.slots[i];
+        for (Node* const* slot = children.slots + (frame.at + 1); slot != end; ++slot) {
+            Node* const child = *slot;
             if (child == nullptr) {
                 continue;
             }
-            if (!level.ShowsLeaves(child->GetType())) {
+            if (!frame.level.ShowsLeaves(child->GetType())) {
                 if (!IsCompositeType(child->GetType())) {
                     continue;
                 }
-                frame.at = i;
+                frame.at = static_cast<int>(slot - children.slots);
                 return static_cast<Composite*>(child);
             }
             const auto temporality = static_cast<std::uint32_t>(child->GetTemporality());
@@ -214,7 +214,7 @@ private:
                 return nullptr;
             }
             if (answer == VisitRemove) {
-                children.map.Remove(i);
+                children.map.Remove(static_cast<int>(slot - children.slots));
             }
         }
         return BeginBeyond(frame);

@@ -132,7 +132,8 @@ TEST_P(DeepWalkTest, StoppingEndsTheWalkOnAnyLevel) {
     for (const int level : kNoted) {
         EXPECT_EQ(WayDownTo(level), WalkWith(deep_[std::size_t(level)], VisitStop)) << level;
         std::vector<Shown> up = Whole();
-        up.resize(std::size_t(kLevels + 1 + 2 * (kLevels - 1 - level)));
+        const int levelsLeft = kLevels - 1 - level;
+        up.erase(up.begin() + kLevels + 1 + 2 * levelsLeft, up.end());
         EXPECT_EQ(up, WalkWith(deep_[std::size_t(level)], VisitStop, true)) << level;
         up.push_back({Shown::Number, level});
         EXPECT_EQ(up, WalkWith(numbers_[std::size_t(level)], VisitStop)) << level;
