@@ -55,10 +55,6 @@ struct Answer {
     bool isAllOnScale;
 };
 
-bool IsOnScale(EnumOrvGenericsTemporality t) noexcept {
-    return TemporalityDefault <= t && t <= TemporalityTemporary;
-}
-
 Answer GetAnswer(const Asked& asked) noexcept {
     const EnumOrvGenericsTemporality own = asked.composite.GetTemporality();
     const EnumOrvGenericsTemporality derived = own == TemporalityDefault ? asked.least : own;
@@ -66,8 +62,8 @@ Answer GetAnswer(const Asked& asked) noexcept {
     const bool isOne = asked.least == derived && asked.greatest == derived;
     const bool isSettled = asked.isSettled && (isEmpty || isOne);
     const bool isAllPersistent = derived == TemporalityPersistent && asked.isAllPersistent && (isEmpty || isOne);
-    const bool isAllOnScale = asked.isAllOnScale && IsOnScale(derived) && TemporalityDefault <= asked.least &&
-                              asked.greatest <= TemporalityTemporary;
+    const bool isAllOnScale = asked.isAllOnScale && NodeAccess::IsOnScale(derived) &&
+                              TemporalityDefault <= asked.least && asked.greatest <= TemporalityTemporary;
     return {asked.composite, derived, asked.IsVector(), isEmpty, isSettled, isAllPersistent, isAllOnScale};
 }
 

@@ -162,6 +162,10 @@ struct NodeAccess {
         const std::uint32_t upTo = static_cast<std::uint32_t>(flags) >> 24 & 7U;
         return (own | (upTo & 1U) | upTo << 1) << 1;
     }
+    /// True for the temporalities that some flags make visible: TemporalityDefault to TemporalityTemporary.
+    static bool IsOnScale(EnumOrvGenericsTemporality t) noexcept {
+        return TemporalityDefault <= t && t <= TemporalityTemporary;
+    }
     static bool Sees(int flags, EnumOrvGenericsTemporality t) noexcept {
         return (GetSeeBits(t) & static_cast<std::uint32_t>(flags)) != 0;
     }

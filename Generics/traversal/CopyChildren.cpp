@@ -38,7 +38,7 @@ constexpr std::uint32_t kChangesInVector = 2;
 
 /// The walk of a copy shows every node but those whose temporality is outside the scale.
 bool IsCopied(const Node& child) noexcept {
-    return NodeAccess::GetSeeBits(child.GetTemporality()) != 0;
+    return NodeAccess::IsOnScale(child.GetTemporality());
 }
 
 template <class T>
