@@ -1,5 +1,7 @@
 // How sets write, read and size themselves.
 
+#include <algorithm>
+
 #include <KivGenerics/DoubleSet.h>
 #include <KivGenerics/IdSet.h>
 #include <KivGenerics/IntegerSet.h>
@@ -146,6 +148,21 @@ TYPED_TEST(AnySetArchiveTest, ElementsInAnyOrderAreSorted) {
     std::swap(calls[2], calls[3]);
     EXPECT_EQ(0, this->Read(calls));
     EXPECT_EQ(Sample<TypeParam>::Get(), WriteOf(this->GetSet()));
+}
+
+TEST(SetArchiveTest, FiveElementsComeToTheSameInEveryOrder) {
+    const Calls sorted = {"Begin 040B",    "Long 00000005", "Long 00000001", "Long 00000002",
+                          "Long 00000003", "Long 00000004", "Long 00000005", "End"};
+    Calls calls = sorted;
+    int orders = 0;
+    do {
+        const TreeOf<IntegerSet> tree;
+        Reading reading(calls);
+        EXPECT_EQ(0, tree.GetRoot().ReadFromArchive(reading.decoder, false));
+        EXPECT_EQ(sorted, WriteOf(tree.GetRoot())) << testing::PrintToString(calls);
+        ++orders;
+    } while (std::next_permutation(calls.begin() + 2, calls.begin() + 7));
+    EXPECT_EQ(120, orders);
 }
 
 TYPED_TEST(AnySetArchiveTest, AnotherTagIsAMismatchAndNothingIsReadFurther) {
