@@ -190,3 +190,22 @@ TEST_F(TemporalityRoundsTest, ACopyOfATransientTreeIsNotTakenForPersistent) {
     EXPECT_EQ(TemporalityTemporary, Stored(map->Get(9)));
     EXPECT_FALSE(static_cast<TreeImpl*>(copy.Get())->IsAllPersistent());
 }
+
+TEST_F(TemporalityRoundsTest, ATransientElementIsOneInWhicheverRoundItIsUpdated) {
+    for (int rounds = 0; rounds < 300; ++rounds) {
+        const auto tree = NewTree();
+        Vector* const vector = static_cast<Map*>(tree->NewRoot(NodeTypeMap))->NewNode<Vector>(0);
+        auto* const number = vector->Add<Integer>();
+        for (int round = 0; round < rounds; ++round) {
+            number->Set(round);
+            tree->UpdateDerivedTemporality();
+        }
+        number->SetTemporality(TemporalityTransient);
+        tree->UpdateDerivedTemporality();
+        EXPECT_EQ(TemporalityTransient, Stored(number)) << rounds;
+        EXPECT_EQ(TemporalityPersistent, Stored(tree->GetRoot())) << rounds;
+        number->SetTemporality(TemporalityPersistent);
+        tree->UpdateDerivedTemporality();
+        EXPECT_EQ(TemporalityPersistent, Stored(number)) << rounds;
+    }
+}
