@@ -128,6 +128,7 @@ double SecondsOf(const Work& work, int threads, int rounds) {
         }
     };
     std::vector<std::thread> running;
+    running.reserve(static_cast<std::size_t>(threads));
     for (int i = 0; i < threads; ++i) {
         running.emplace_back(run, i == 0);
     }
