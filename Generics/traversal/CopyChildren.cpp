@@ -235,10 +235,10 @@ bool CopyRunBeyond(TreeImpl& tree, const MapChildren& target, ChildCursor& child
     const EnumOrvGenericsTemporality t = (*place)->GetTemporality();
     NodeAccess::NoteTemporalityOfNew(target.map, t);
     LeafRun<T> run(tree, &target.map, count, kChangesInMap);
-    for (auto added = target.overflow->AppendRoom(count); place != end; ++place) {
+    MapOverflow::AppendRun store(*target.overflow);
+    for (; place != end; ++place) {
         const int index = (*place)->GetIndex();
-        *added.keys++ = index;
-        *added.payloads++ = CopyNext(run, **place, index, t);
+        store.Append(index, CopyNext(run, **place, index, t));
     }
     children.GoOnAt(end);
     return true;

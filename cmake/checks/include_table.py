@@ -33,14 +33,14 @@ ALSO = {
 }
 
 # Libraries from elsewhere, and the folders that use them.
-OTHERS = {"xxhash.h": "Storage", "benchmark/benchmark.h": "Benchmarks", "nlohmann/json.hpp": "Inspect",
+OTHERS = {"xxhash.h": "Storage", "xxh_x86dispatch.h": "Storage", "benchmark/benchmark.h": "Benchmarks", "nlohmann/json.hpp": "Inspect",
           "CLI/CLI.hpp": "Tools"}
 # What the benchmark beside other libraries sees of them, by the first part of the name; it sees other folders' libraries, too.
 PEERS = {"boost", "capnp", "flatbuffers", "google", "msgpack.hpp", "nlohmann", "pugixml.hpp", "rapidjson", "Node.pb.h",
          "Node.capnp.h"}
 PEERS_FOLDER = "Benchmarks/peers"
-# The sanitizers' interface is the compiler's, and one header of the platform has it to itself.
-COMPILERS = {"sanitizer/asan_interface.h": "Platform/base/Poison.h"}
+# The sanitizers' interface is the compiler's, and so are names for instructions; one header has each to itself.
+COMPILERS = {"sanitizer/asan_interface.h": "Platform/base/Poison.h", "immintrin.h": "Storage/format/XxHash.h"}
 # On Windows the platform's record is the system's.
 SYSTEM_IN_HEADERS = {"guiddef.h": "Platform/include/KivBase/Guid.h"}
 

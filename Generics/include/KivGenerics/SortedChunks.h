@@ -100,46 +100,30 @@ public:
         explicit AppendRun(SortedChunks& chunks) noexcept
             : chunks_(chunks),
               leaf_(*ToLeaf(chunks.root_)),
-              keys_(leaf_.GetKeys() + leaf_.size),
-              payloads_(leaf_.GetPayloads() + leaf_.size) {}
+              next_(leaf_.GetKeys() + leaf_.size),
+              nextPayload_(leaf_.GetPayloads() + leaf_.size) {}
         AppendRun(const AppendRun&) = delete;
         AppendRun& operator=(const AppendRun&) = delete;
         ~AppendRun() {
-            leaf_.size = static_cast<std::uint16_t>(leaf_.size + count_);
-            chunks_.size_ += count_;
-            chunks_.changes_ += count_;
+            const auto count = static_cast<std::uint32_t>(next_ - leaf_.GetKeys()) - leaf_.size;
+            leaf_.size = static_cast<std::uint16_t>(leaf_.size + count);
+            chunks_.size_ += count;
+            chunks_.changes_ += count;
         }
         void Append(const Key& key, const Payload& payload) noexcept {
-            keys_[count_] = key;
-            payloads_[count_] = payload;
-            ++count_;
+            *next_++ = key;
+            *nextPayload_++ = payload;
         }
 
     private:
         SortedChunks& chunks_;
         Leaf& leaf_;
-        Key* const keys_;
-        Payload* const payloads_;
-        std::uint32_t count_ = 0;
+        Key* next_;
+        Payload* nextPayload_;
     };
 
     /// Adds a key with its payload behind all others, where CanAppend. Needs no memory.
     void Append(const Key& key, const Payload& payload) noexcept { AppendToLeaf(*ToLeaf(root_), key, payload); }
-    /// What AppendRoom gives: `count` places for keys, and those for their payloads.
-    struct Room {
-        Key* keys;
-        Payload* payloads;
-    };
-    /// Adds `count` keys behind all others, as many as CountAppendable at most. The caller fills them in at once, in ascending
-    /// order, all of them behind those that are there. Needs no memory.
-    Room AppendRoom(std::size_t count) noexcept {
-        Leaf& leaf = *ToLeaf(root_);
-        const int at = leaf.size;
-        leaf.size = static_cast<std::uint16_t>(at + static_cast<int>(count));
-        size_ += static_cast<std::uint32_t>(count);
-        ++changes_;
-        return {leaf.GetKeys() + at, leaf.GetPayloads() + at};
-    }
     /// False when `key` is absent.
     bool Remove(const Key& key) noexcept;
     void Clear() noexcept;
