@@ -28,7 +28,7 @@ constexpr double kLimit = 1.5;
 constexpr double kBreadthFirstLimit = 4.0;
 constexpr double kShownOnly = 1e9;
 constexpr int kRounds = 2;
-constexpr int kMostRounds = 6;  // what a disturbed machine gets
+constexpr int kMostRounds = 16;  // what a disturbed machine gets
 
 double GetCpuSeconds() {
     return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;

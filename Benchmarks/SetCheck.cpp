@@ -27,7 +27,7 @@ namespace {
 constexpr std::size_t kElements = 500'000;
 constexpr int kBlockSize = 65536;
 constexpr int kRounds = 2;
-constexpr int kMostRounds = 6;  // what a disturbed machine gets
+constexpr int kMostRounds = 16;  // what a disturbed machine gets
 
 using Numbers = std::vector<std::int32_t>;
 using StandardSet = std::set<std::int32_t, std::less<std::int32_t>, KivBase::Allocator<std::int32_t>>;
