@@ -57,7 +57,6 @@ public:
         *value = GUID{};
         return stream_ != nullptr ? stream_->GetGUID(value) : decoder_.ReadGUID(value);
     }
-    std::int32_t ReadWideString(KivBase::WString& text) const { return decoder_.ReadWideString(text); }
 
 private:
     ArchiveDecoder& decoder_;
