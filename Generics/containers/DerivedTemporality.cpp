@@ -108,7 +108,6 @@ Node* GetFirstChild(Node& node) noexcept {
 // kept-on-purpose: vector-pushes-temporality
 void PushTemporality(Vector& vector, EnumOrvGenericsTemporality t) {
     FrameStack<ChildCursor> vectors;
-    NodeAccess::StoreDerived(vector, t);
     vectors.Push(vector);
     while (!vectors.IsEmpty()) {
         Node* const child = vectors.Top().Next();

@@ -35,7 +35,7 @@ int Vector::GetSize(EnumOrvGenericsTemporality t) {
 }
 
 Node* Vector::GetNext(int index) const {
-    return index < -1 || index == (std::numeric_limits<int>::max)() ? nullptr : GetNV(index + 1);
+    return index == (std::numeric_limits<int>::max)() ? nullptr : GetNV(index + 1);
 }
 
 // Room for one more child, made before the child is, so that a failure leaves no node without a place. A read-only tree

@@ -17,7 +17,7 @@ struct TemporalitySummary {
 /// Calculates and stores the derived temporality of a composite and everything below it, however deep.
 TemporalitySummary CalculateTemporality(Composite& top);
 
-/// Gives a vector and its elements this derived temporality, and so on in the vectors among them.
+/// Gives the elements of a vector its derived temporality, which `t` is, and so on in the vectors among them.
 void PushTemporality(Vector& vector, EnumOrvGenericsTemporality t);
 
 /// Stores the derived temporalities of a tree again, as they are, as of its present round. Needs no memory.

@@ -23,12 +23,10 @@ WrittenChildren GetWritten(const Vector& vector, const ArchiveWriter& out, bool 
     return {areAll, TemporalityPersistent};
 }
 
+// Elements of a uniform vector count as it does: it is not written otherwise.
 int CountInHeader(Vector& vector, const ArchiveWriter& out, bool withTransient) {
-    const EnumOrvGenericsTemporality limit = GetLimit(withTransient);
-    if (!out.AreVectorsUniform()) {
-        return vector.GetSize(limit);
-    }
-    return NodeAccess::GetStoredDerived(vector) <= limit ? static_cast<int>(NodeAccess::GetChildren(vector).size()) : 0;
+    return out.AreVectorsUniform() ? static_cast<int>(NodeAccess::GetChildren(vector).size())
+                                   : vector.GetSize(GetLimit(withTransient));
 }
 
 /// A vector whose elements are being written.

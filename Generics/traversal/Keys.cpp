@@ -21,11 +21,10 @@ void AppendNumber(KivBase::WString& key, std::uint32_t number, std::uint32_t bas
     key += u':';
 }
 
-template <class AppendPart>
-void FillKey(KivBase::WString& key, const std::vector<int>& path, AppendPart appendPart) {
-    key.clear();
+template <class Use>
+void ForEachFromRoot(const std::vector<int>& path, Use use) {
     for (auto part = path.rbegin(); part != path.rend(); ++part) {
-        appendPart(*part);
+        use(*part);
     }
 }
 
@@ -50,14 +49,14 @@ void Node::GetKey(KivBase::WString& key) const {
     key.clear();
     std::vector<int> path;
     GenerateKey(path);
-    FillKey(key, path, [&](int index) { AppendNumber(key, static_cast<std::uint32_t>(index), 10); });
+    ForEachFromRoot(path, [&](int index) { AppendNumber(key, static_cast<std::uint32_t>(index), 10); });
 }
 
 void Node::GetSemanticTagKey(KivBase::WString& key) const {
     key.clear();
     std::vector<int> path;
     GenerateSemanticTagKey(path);
-    FillKey(key, path, [&](int tag) { AppendNumber(key, static_cast<std::uint32_t>(tag), 16); });
+    ForEachFromRoot(path, [&](int tag) { AppendNumber(key, static_cast<std::uint32_t>(tag), 16); });
 }
 
 void Node::GetHumanReadableKey(int language, KivBase::WString& key) const {
@@ -65,7 +64,7 @@ void Node::GetHumanReadableKey(int language, KivBase::WString& key) const {
     std::vector<int> path;
     GenerateSemanticTagKey(path);
     KivResource::ResourceBundle* const bundle = KivLogRouter::GetResourceBundle();
-    FillKey(key, path, [&](int tag) {
+    ForEachFromRoot(path, [&](int tag) {
         const KivBase::ReturnWString text =
             bundle->Lookup(GetMessageNumber(SemanticTag(tag)), static_cast<std::uint16_t>(language), u"");
         key += text.Get();

@@ -1,5 +1,7 @@
 // How vectors read themselves, well-formed sequences and others.
 
+#include <string>
+
 #include <KivGenerics/Integer.h>
 #include <gtest/gtest.h>
 
@@ -59,6 +61,18 @@ TEST(VectorReadTest, EveryElementTakesTheTemporalityOfTheTypeByte) {
     const VectorRead read({"Long 0002C100", "Long 00000001", "Long 00000002"});
     EXPECT_EQ(0, read.result);
     EXPECT_EQ((Lines{": Vector(2 children) t1", "0: Integer 1 t3", "1: Integer 2 t3"}), read.lines);
+}
+
+TEST(VectorReadTest, ManyElementsTakeTheTemporalityOfTheTypeByteToo) {
+    Calls calls = {"Long 0014C100"};
+    Lines lines = {": Vector(20 children) t1"};
+    for (int i = 0; i < 20; ++i) {
+        calls.push_back("Long 00000005");
+        lines.push_back(std::to_string(i) + ": Integer 5 t3");
+    }
+    const VectorRead read(calls);
+    EXPECT_EQ(0, read.result);
+    EXPECT_EQ(lines, read.lines);
 }
 
 TEST(VectorReadTest, ALongCountTakesFourBytes) {
