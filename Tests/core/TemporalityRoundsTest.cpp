@@ -88,6 +88,42 @@ TEST_F(TemporalityRoundsTest, ATransientElementMakesItsVectorPersistentAndTakesI
     EXPECT_EQ(TemporalityPersistent, Stored(first_));
 }
 
+TEST_F(TemporalityRoundsTest, TransientSiblingsStaySoInWhicheverRoundTheyBecomeIt) {
+    constexpr int kIndexes[] = {1, 2, 3, 70, 71, 72};
+    for (const int index : kIndexes) {
+        root_->NewNode<Integer>(index);
+    }
+    const auto setAll = [&](EnumOrvGenericsTemporality t) {
+        for (const int index : kIndexes) {
+            root_->Get(index)->SetTemporality(t);
+        }
+        tree_->UpdateDerivedTemporality();
+    };
+    for (int round = 0; round < 300; ++round) {
+        setAll(TemporalityPersistent);
+        first_->Set(round);
+        tree_->UpdateDerivedTemporality();
+        setAll(TemporalityTransient);
+        for (const int index : kIndexes) {
+            ASSERT_EQ(TemporalityTransient, Stored(root_->Get(index))) << index << " in round " << round;
+        }
+    }
+}
+
+TEST_F(TemporalityRoundsTest, TransientLeavesOfACopyAreFoundByItsFirstUpdate) {
+    Vector* const numbers = root_->NewNode<Vector>(1);
+    numbers->SetTemporality(TemporalityDefault);
+    for (int i = 0; i < 20; ++i) {
+        numbers->Add<Integer>()->SetTemporality(TemporalityTransient);
+    }
+    const auto copy = NewTree();
+    copy->CopyFromTree(tree_.Get());
+    copy->UpdateDerivedTemporality();
+    const auto* const copied = static_cast<Vector*>(static_cast<Map*>(copy->GetRoot())->Get(1));
+    EXPECT_EQ(TemporalityTransient, Stored(copied));
+    EXPECT_EQ(TemporalityTransient, Stored(copied->Get(19)));
+}
+
 TEST_F(TemporalityRoundsTest, AfterTheLastTransientNodeIsGoneUpdatesAreQuickAgain) {
     root_->NewNode<Integer>(1)->SetTemporality(TemporalityTransient);
     tree_->UpdateDerivedTemporality();
