@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "containers/TestNodes.h"
+#include "support/TestTree.h"
 
 namespace KivGenerics::Testing {
 namespace {
@@ -310,6 +311,23 @@ protected:
     Vector* mine_ = NewVector();
     Vector* theirs_ = NewVector();
 };
+
+TEST(TreeCompareTest, TheNumberOfChildrenDecidesWhicheverOfThemIsMissing) {
+    for (const int missing : {0, 1, 7, 8, 40}) {
+        const auto mine = KivTests::NewTree();
+        const auto theirs = KivTests::NewTree();
+        for (Tree* const tree : {mine.Get(), theirs.Get()}) {
+            auto* const root = static_cast<Map*>(tree->NewRoot(NodeTypeMap));
+            for (const int index : {0, 1, 7, 8, 40}) {
+                Put(root, index, 5);
+            }
+        }
+        EXPECT_EQ(0, mine->GetRoot()->Compare(theirs->GetRoot(), TemporalityTemporary, true));
+        static_cast<Map*>(theirs->GetRoot())->Remove(missing);
+        EXPECT_EQ(1, mine->GetRoot()->Compare(theirs->GetRoot(), TemporalityTemporary, true)) << missing;
+        EXPECT_EQ(-1, theirs->GetRoot()->Compare(mine->GetRoot(), TemporalityTemporary, true)) << missing;
+    }
+}
 
 TEST_F(VectorCompareTest, VectorsOfEqualElementsAreEqual) {
     EXPECT_EQ(0, CompareAt(mine_, theirs_));
