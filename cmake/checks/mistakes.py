@@ -1,16 +1,15 @@
-"""Small mistakes that can be made in the library's sources, and how they are made in a copy of it: one by itself, or many at
-once, each behind a switch that is asked while the library runs.
-
-The many cost one build. A number that the compiler must know, such as the size of an array, has no switch; such a mistake is
-made by itself.
+"""Small mistakes that can be made in the library's sources, and how they are made in a copy of it: many at once, each behind a
+switch that is asked while the library runs. A number that the compiler must know, such as the size of an array, has no switch.
 """
 
 import collections
 import re
 from dataclasses import dataclass
 
-# A line that does not say what is done: comments, includes, what is only declared, what ends the program in a debug build.
-NOT_CODE = re.compile(r"^\s*(//|#|\*|using |namespace |template|static_assert|assert\()")
+# A line that does not say what is done: comments, includes, what is only declared, what ends the program in a debug build; what
+# is only hinted to the processor.
+NOT_CODE = re.compile(r"^\s*(//|#|\*|using |namespace |template|static_assert|assert\(|"
+                      r"\S*(Prefetch\w*|Fetch|__builtin_prefetch)\()")
 CONDITION = re.compile(r"\b(if|while) \((?!!\()(?P<what>[^;{]*)\) \{")
 NUMBER = re.compile(r"(?<![\w.'])(?P<what>\d+|0x[0-9A-Fa-f]+)(?![\w.'])")
 CALL = re.compile(r"^    +(?P<what>(?!return\b|throw\b|delete\b|case\b)[\w:.>()*-]*\w\([^{}=]*\);)$")
@@ -64,18 +63,6 @@ def in_line(path, number, code):
             if code.count('"', 0, start) % 2 == 0:
                 text = code[:start] + change.format(found.group("what")) + code[end:]
                 yield Mistake(path, number, start, end, kind, text.strip())
-
-
-def make(root, mistake):
-    """Makes one mistake; returns what takes it back."""
-    path = root / mistake.path
-    before = path.read_text()
-    lines = before.splitlines()
-    code = lines[mistake.line]
-    change = KINDS[mistake.kind][1].format(code[mistake.start:mistake.end])
-    lines[mistake.line] = code[:mistake.start] + change + code[mistake.end:]
-    path.write_text("\n".join(lines) + "\n")
-    return lambda: path.write_text(before)
 
 
 def render(code, start, end, inside):
