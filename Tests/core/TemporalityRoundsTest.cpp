@@ -148,6 +148,24 @@ TEST_F(TemporalityRoundsTest, AVectorThatLosesItsLastElementBecomesTemporary) {
     EXPECT_EQ(TemporalityPersistent, Stored(vector_));
 }
 
+TEST_F(TemporalityRoundsTest, ACompositeThatLosesItsOnlyChildBecomesTemporary) {
+    Vector* const vector = root_->NewNode<Vector>(1);
+    Map* const map = root_->NewNode<Map>(2);
+    Map* const beyond = root_->NewNode<Map>(3);
+    vector->Add<Integer>();
+    map->NewNode<Integer>(0);
+    beyond->NewNode<Integer>(70);
+    for (Composite* const composite :
+         {static_cast<Composite*>(vector), static_cast<Composite*>(map), static_cast<Composite*>(beyond)}) {
+        composite->SetTemporality(TemporalityDefault);
+        tree_->UpdateDerivedTemporality();
+        EXPECT_EQ(TemporalityPersistent, Stored(composite));
+        composite->Remove(composite == beyond ? 70 : 0);
+        tree_->UpdateDerivedTemporality();
+        EXPECT_EQ(TemporalityTemporary, Stored(composite)) << composite->GetIndex();
+    }
+}
+
 TEST_F(TemporalityRoundsTest, AClearedMapBecomesTemporary) {
     Map* const inner = root_->NewNode<Map>(1);
     inner->NewNode<Integer>(3);
