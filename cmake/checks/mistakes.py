@@ -14,10 +14,10 @@ CONDITION = re.compile(r"\b(if|while) \((?!!\()(?P<what>[^;{]*)\) \{")
 NUMBER = re.compile(r"(?<![\w.'])(?P<what>\d+|0x[0-9A-Fa-f]+)(?![\w.'])")
 CALL = re.compile(r"^    +(?P<what>(?!return\b|throw\b|delete\b|case\b)[\w:.>()*-]*\w\([^{}=]*\);)$")
 
-# How each kind is made, and how it is made when the switch says so. {0} is what stands there, {1} the switch's number.
+# How each kind is shown, and how it is made when the switch says so. {0} is what stands there, {1} the switch's number.
 KINDS = ((CONDITION, "!({0})", "MistakeIs({1}) != static_cast<bool>({0})"),
          (NUMBER, "({0} + 1)", "(MistakeIs({1}) ? {0} + 1 : {0})"),
-         (CALL, ";", "if (!MistakeIs({1})) {{ {0} }}"))
+         (CALL, "left out: {0}", "if (!MistakeIs({1})) {{ {0} }}"))
 
 # Every file asks for itself, so that no symbol has to be shared. A program is started for one mistake, by its number.
 SWITCH = """#pragma once
@@ -42,6 +42,10 @@ class Mistake:
 
     def __str__(self):
         return f"{self.path}:{self.line + 1}: {self.text}"
+
+    def name(self):
+        """The same without the number of the line, which every change of the file may move."""
+        return f"{self.path}: {self.text}"
 
 
 def find(root):
