@@ -44,14 +44,6 @@ std::size_t ForestImpl::BufferQueryB() const {
     return buffer_->BytesInUse();
 }
 
-Node* ForestImpl::TakeReusableNode(NodeType type, SemanticTag tag) noexcept {
-    if (type == NodeTypeMap) {
-        return mapsWait_ ? TakeReusableMap(tag) : nullptr;
-    }
-    const bool isKnown = type >= NodeTypeInteger && type <= NodeTypeInteger64;
-    return isKnown && IsWaiting(type) ? TakeWaiting(type) : nullptr;
-}
-
 Node* ForestImpl::Pop(Node*& head) noexcept {
     Node* const node = head;
     head = NodeAccess::GetLink(*node);
@@ -61,6 +53,9 @@ Node* ForestImpl::Pop(Node*& head) noexcept {
 
 // A reused map may have more slots than its tag asks for, never fewer: it keeps working with its own number.
 Node* ForestImpl::TakeReusableMap(SemanticTag tag) noexcept {
+    if (!mapsWait_) {
+        return nullptr;
+    }
     // kept-on-purpose: slot-counts-above-16
     const int slots = GetSlotCountForSemanticTag(tag);
     if (slots < 1 || slots > kSlotCounts) {

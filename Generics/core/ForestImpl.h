@@ -27,13 +27,11 @@ public:
     /// Throws std::bad_alloc when there is no buffer to be had.
     explicit ForestImpl(EnumOrvObjectType type);
 
-    /// A waiting node that can serve as a new one of this kind and tag, taken off its list; null when there is none.
-    Node* TakeReusableNode(NodeType type, SemanticTag tag) noexcept;
+    /// A waiting map that can serve as a new one of this tag, taken off its list; null when there is none.
+    Node* TakeReusableMap(SemanticTag tag) noexcept;
     /// The nodes that wait, by kind - 1; the place of maps stays empty.
     Node* const* GetWaiting() const noexcept { return freeByType_; }
-    /// True when TakeWaiting has a node of this kind, which is none without tags.
-    bool IsWaiting(NodeType type) const noexcept { return freeByType_[type - 1] != nullptr; }
-    /// Takes the node of this kind that waits.
+    /// Takes the node of this kind, which is not the map's, that waits.
     Node* TakeWaiting(NodeType type) noexcept { return Pop(freeByType_[type - 1]); }
     /// Puts a node on the list of its kind. Its parent field is the link from now on.
     void RecycleNode(Node* node) noexcept;
@@ -45,7 +43,6 @@ private:
     static constexpr int kSlotCounts = 16;
 
     static Node* Pop(Node*& head) noexcept;
-    Node* TakeReusableMap(SemanticTag tag) noexcept;
 
     KivSynch::AtomicLong refCount_;
     KivBase::Buffer* buffer_;

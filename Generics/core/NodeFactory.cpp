@@ -60,7 +60,7 @@ Node* TreeImpl::ConstructMap(Composite* parent, int index, SemanticTag tag) {
 }
 
 Node* TreeImpl::CreateMap(Composite* parent, int index, SemanticTag tag) {
-    Node* node = forest_->TakeReusableNode(NodeTypeMap, tag);
+    Node* node = forest_->TakeReusableMap(tag);
     if (node != nullptr) {
         Adopt(*node, parent, index);
     } else {
