@@ -478,8 +478,12 @@ TEST_F(SortedChunksTest, RandomChangesLeaveWhatTheyLeaveInASetOfTheStandardLibra
     for (unsigned seed = 1; seed <= 8; ++seed) {
         Chunks chunks(NewBuffer());
         CompareWithModel(chunks, seed, [](std::int32_t number) { return number; });
+        chunks.Clear();
+        EXPECT_EQ(0U, buffers_.back()->BytesInUse()) << "chunks that were joined have given back theirs";
         WideChunks wide(NewBuffer());
         CompareWithModel(wide, seed, [](std::int32_t number) { return Wide{number, {number, 0, 1}}; });
+        wide.Clear();
+        EXPECT_EQ(0U, buffers_.back()->BytesInUse());
     }
 }
 
