@@ -34,6 +34,7 @@ TEST(ToTextTest, NumbersReadBackAsTheyWere) {
     EXPECT_EQ(ToText(std::int32_t{-42}), "-42");
     EXPECT_EQ(ToText(std::int64_t{1} << 40), "1099511627776");
     EXPECT_EQ(ToText(0.1), "0.1");
+    EXPECT_EQ(ToText(9.95), "9.95") << "with 16 digits it would be 9.949999999999999";
     EXPECT_EQ(ToText(-0.5), "-0.5");
     EXPECT_EQ(ToText(1.0 / 3.0), "0.3333333333333333");
     EXPECT_EQ(ToText(0.1 + 0.2), "0.30000000000000004");
