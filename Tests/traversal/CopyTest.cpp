@@ -2,6 +2,7 @@
 
 #include "containers/TestNodes.h"
 #include "support/Kinds.h"
+#include "support/TestTree.h"
 
 namespace KivGenerics::Testing {
 namespace {
@@ -360,6 +361,30 @@ TEST_F(CopyTest, ATransientTemporaryOrOutdatedTreeIsCopiedWhole) {
     Map* const map = NewMap();
     map->Populate(otherRoot_);
     EXPECT_EQ(kFilled, Show(map));
+}
+
+TEST(CopyMemoryTest, VectorsOfACopyHaveRoomForTheirElementsAlone) {
+    const auto fill = [](Tree& tree, bool isExact) {
+        auto* const root = static_cast<Vector*>(tree.NewRoot(NodeTypeVector));
+        root->Reserve(20);
+        for (int i = 0; i < 20; ++i) {
+            auto* const inner = root->Add<Vector>();
+            if (isExact) {
+                inner->Reserve(5);
+            }
+            for (int k = 0; k < 5; ++k) {
+                inner->Add<Integer>();
+            }
+        }
+        return tree.BufferQueryB();
+    };
+    const auto source = KivTests::NewTree();
+    const auto exact = KivTests::NewTree();
+    const auto copy = KivTests::NewTree();
+    const std::size_t bytes = fill(*exact, true);
+    EXPECT_GT(fill(*source, false), bytes);
+    copy->CopyFromTree(source.Get());
+    EXPECT_EQ(bytes, copy->BufferQueryB());
 }
 
 }  // namespace

@@ -354,6 +354,15 @@ TEST_F(SortedChunksTest, AnAppenderTakesKeysInAnyOrderAndOnce) {
     EXPECT_EQ(0, Check(chunks_));
 }
 
+TEST_F(SortedChunksTest, AnAppenderAddsWhatItWasGivenOnce) {
+    Chunks::Appender appender(chunks_);
+    appender.Add(7);
+    appender.Flush();
+    chunks_.Clear();
+    appender.Flush();
+    EXPECT_TRUE(chunks_.empty());
+}
+
 TEST_F(SortedChunksTest, AnAppenderTakesMemoryForWhatHasComeAlone) {
     Chunks::Appender appender(chunks_);
     for (std::int32_t key = 0; key < 9; ++key) {
