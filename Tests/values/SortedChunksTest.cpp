@@ -1,70 +1,13 @@
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
-#include <map>
-#include <memory>
 #include <random>
-#include <set>
-#include <string>
 #include <utility>
-#include <vector>
 
-#include <KivBase/Buffer.h>
-#include <KivGenerics/SortedChunks.h>
-#include <gtest/gtest.h>
-
-#include "core/SortedChunksInspector.h"
-#include "support/TestBuffer.h"
+#include "values/SortedChunksFixture.h"
 
 namespace KivGenerics::Testing {
 namespace {
-
-/// The same numbers each time.
-std::mt19937 MakeRandom(std::uint32_t seed) {
-    return std::mt19937(seed);
-}
-
-struct Less {
-    bool operator()(std::int32_t left, std::int32_t right) const noexcept { return left < right; }
-};
-/// Wider than a number, ordered by its first part alone.
-struct Wide {
-    std::int32_t number;
-    std::int32_t other[3];
-};
-struct WideLess {
-    bool operator()(const Wide& left, const Wide& right) const noexcept { return left.number < right.number; }
-};
-
-using Chunks = SortedChunks<std::int32_t, Less>;
-using WideChunks = SortedChunks<Wide, WideLess>;
-using Texts = SortedChunks<std::int32_t, Less, const char*>;
-
-template <class Tested>
-int Check(const Tested& chunks) {
-    return SortedChunksInspector<Tested>::Check(chunks);
-}
-template <class Tested>
-int LevelsOf(const Tested& chunks) {
-    return SortedChunksInspector<Tested>::GetLevels(chunks);
-}
-
-std::vector<std::int32_t> ElementsOf(const Chunks& chunks) {
-    return {chunks.begin(), chunks.end()};
-}
-using Numbers = std::vector<std::int32_t>;
-
-class SortedChunksTest : public ::testing::Test {
-protected:
-    KivBase::Buffer* NewBuffer() {
-        buffers_.emplace_back(KivBase::CreateBuffer(0, 0, 8192, false));
-        return buffers_.back().get();
-    }
-    std::size_t BytesInUse() const { return buffers_.front()->BytesInUse(); }
-
-    std::vector<std::unique_ptr<KivBase::Buffer>> buffers_;
-    Chunks chunks_{NewBuffer()};
-};
 
 TEST_F(SortedChunksTest, ANewOneIsEmptyAndTakesNoMemory) {
     EXPECT_TRUE(chunks_.empty());
@@ -161,60 +104,6 @@ TEST_F(SortedChunksTest, AMillionAscendingKeysTakeThreeLevels) {
     EXPECT_EQ(1000000, next);
 }
 
-TEST_F(SortedChunksTest, ManyKeysTakeAtMostEightBytesEachHoweverTheyCome) {
-    std::mt19937 random = MakeRandom(1);
-    for (const bool descending : {false, true}) {
-        Chunks chunks(NewBuffer());
-        const KivBase::Buffer& buffer = *buffers_.back();
-        for (std::int32_t i = 0; i < 5000; ++i) {
-            chunks.Add(descending ? -i : i);
-            ASSERT_TRUE(i < 64 || buffer.BytesInUse() <= 8 * chunks.size())
-                << buffer.BytesInUse() << " for " << chunks.size();
-        }
-    }
-    for (int round = 0; round < 20; ++round) {
-        Chunks chunks(NewBuffer());
-        const KivBase::Buffer& buffer = *buffers_.back();
-        for (std::int32_t i = 0; i < 5000; ++i) {
-            chunks.Add(static_cast<std::int32_t>(random()));
-            ASSERT_TRUE(i < 64 || buffer.BytesInUse() <= 8 * chunks.size())
-                << buffer.BytesInUse() << " for " << chunks.size();
-        }
-    }
-}
-
-TEST_F(SortedChunksTest, AWindowThatMovesThroughTheNumbersTakesNoMoreAndMoreMemory) {
-    std::size_t most = 0;
-    for (std::int32_t i = 0; i < 200000; ++i) {
-        chunks_.Add(i);
-        chunks_.Remove(i - 1000);
-        most = i == 3000 ? BytesInUse() : most;
-        ASSERT_TRUE(i < 3000 || BytesInUse() <= most + 2048) << i;
-    }
-    EXPECT_EQ(1000U, chunks_.size());
-    EXPECT_EQ(0, Check(chunks_));
-    EXPECT_LE(LevelsOf(chunks_), 2);
-    EXPECT_LE(buffers_.front()->BytesReserved(), 65536U);
-}
-
-TEST_F(SortedChunksTest, WhatIsLeftOfManyKeysTakesLittleMemory) {
-    for (std::int32_t i = 0; i < 100000; ++i) {
-        chunks_.Add(i);
-    }
-    for (std::int32_t i = 0; i < 100000; ++i) {
-        if (i % 1000 != 0) {
-            chunks_.Remove(i);
-        }
-    }
-    EXPECT_EQ(100U, chunks_.size());
-    EXPECT_EQ(0, Check(chunks_));
-    EXPECT_LE(BytesInUse(), 5000U);
-    for (std::int32_t i = 0; i < 100000; i += 1000) {
-        EXPECT_TRUE(chunks_.Remove(i));
-    }
-    EXPECT_EQ(0U, BytesInUse());
-}
-
 TEST_F(SortedChunksTest, AChunkOfWhichLittleIsLeftJoinsTheOneBeforeIt) {
     std::int32_t full = 0;
     for (; LevelsOf(chunks_) < 2; ++full) {
@@ -259,17 +148,6 @@ TEST_F(SortedChunksTest, ThreeLevelsOfWideKeysShrinkToOneHoweverTheyGo) {
         chunks.Remove(Wide{number, {}});
     }
     EXPECT_EQ(0U, chunks.size());
-}
-
-TEST_F(SortedChunksTest, ClearingGivesAllMemoryBack) {
-    for (std::int32_t i = 0; i < 100000; ++i) {
-        chunks_.Add(i);
-    }
-    chunks_.Clear();
-    EXPECT_TRUE(chunks_.empty());
-    EXPECT_EQ(0U, BytesInUse());
-    chunks_.Add(4);
-    EXPECT_EQ(Numbers{4}, ElementsOf(chunks_));
 }
 
 TEST_F(SortedChunksTest, EveryChangeIsCounted) {
@@ -324,18 +202,6 @@ TEST_F(SortedChunksTest, AMoveTakesTheMemoryOver) {
     EXPECT_EQ(before, BytesInUse());
 }
 
-TEST_F(SortedChunksTest, ACopyIsDenseHoweverItsSourceCameToBe) {
-    std::mt19937 random = MakeRandom(2);
-    for (int i = 0; i < 100000; ++i) {
-        chunks_.Add(static_cast<std::int32_t>(random()));
-    }
-    Chunks copy(NewBuffer());
-    copy.CopyFrom(chunks_);
-    EXPECT_EQ(0, Check(copy));
-    EXPECT_EQ(ElementsOf(chunks_), ElementsOf(copy));
-    EXPECT_LE(static_cast<double>(buffers_.back()->BytesInUse()), 4.2 * static_cast<double>(copy.size()));
-}
-
 TEST_F(SortedChunksTest, AnAppenderTakesKeysInAnyOrderAndOnce) {
     chunks_.Add(50);
     Chunks::Appender appender(chunks_);
@@ -361,22 +227,6 @@ TEST_F(SortedChunksTest, AnAppenderAddsWhatItWasGivenOnce) {
     chunks_.Clear();
     appender.Flush();
     EXPECT_TRUE(chunks_.empty());
-}
-
-TEST_F(SortedChunksTest, AnAppenderTakesMemoryForWhatHasComeAlone) {
-    Chunks::Appender appender(chunks_);
-    for (std::int32_t key = 0; key < 9; ++key) {
-        appender.Add(key);
-    }
-    EXPECT_EQ(0U, BytesInUse()) << "collected";
-    appender.Flush();
-    EXPECT_EQ(72U, BytesInUse()) << "a head and room for 16";
-    EXPECT_EQ((Numbers{0, 1, 2, 3, 4, 5, 6, 7, 8}), ElementsOf(chunks_));
-    for (std::int32_t key = 9; key < 10000; ++key) {
-        appender.Add(key);
-    }
-    appender.Flush();
-    EXPECT_LE(static_cast<double>(BytesInUse()), 4.3 * 10000);
 }
 
 TEST_F(SortedChunksTest, GoingThroughMeetsWhatIsAddedAheadAndNotWhatIsRemovedThere) {
@@ -444,154 +294,6 @@ TEST_F(SortedChunksTest, PayloadsStayWithTheirKeys) {
     EXPECT_EQ(3, *entry);
     EXPECT_STREQ("three", entry.Value());
     EXPECT_TRUE(++entry == texts.end());
-}
-
-std::int32_t GetNumber(std::int32_t number) {
-    return number;
-}
-std::int32_t GetNumber(const Wide& wide) {
-    return wide.number;
-}
-
-/// What a random sequence of operations does to chunks and to a set of the standard library.
-template <class Tested, class MakeKey>
-void CompareWithModel(Tested& chunks, unsigned seed, MakeKey makeKey) {
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    std::mt19937 random(seed);
-    std::set<std::int32_t> model;
-    const auto range = 1 + static_cast<std::int32_t>(random() % 3000);
-    unsigned removals = 1;
-    for (int i = 0; i < 20000; ++i) {
-        removals = i % 3000 == 0 ? 1 + static_cast<unsigned>(random() % 9) : removals;  // of ten changes
-        const std::int32_t number = static_cast<std::int32_t>(random() % static_cast<unsigned>(range)) - range / 2;
-        if (random() % 10 < removals) {
-            ASSERT_EQ(model.erase(number) != 0, chunks.Remove(makeKey(number)));
-        } else {
-            chunks.Add(makeKey(number));
-            model.insert(number);
-        }
-        ASSERT_EQ(model.size(), chunks.size());
-        const std::int32_t other = static_cast<std::int32_t>(random() % static_cast<unsigned>(range)) - range / 2;
-        ASSERT_EQ(model.count(other) != 0, chunks.Exists(makeKey(other)));
-        const auto after = model.upper_bound(other);
-        ASSERT_EQ(after == model.end(), chunks.After(makeKey(other)) == chunks.end());
-        if (i % 500 == 0) {
-            ASSERT_EQ(0, Check(chunks)) << i;
-            ASSERT_TRUE(std::equal(chunks.begin(), chunks.end(), model.begin(), model.end(),
-                                   [](const auto& mine, std::int32_t theirs) { return GetNumber(mine) == theirs; }));
-        }
-    }
-}
-
-TEST_F(SortedChunksTest, RandomChangesLeaveWhatTheyLeaveInASetOfTheStandardLibrary) {
-    for (unsigned seed = 1; seed <= 8; ++seed) {
-        Chunks chunks(NewBuffer());
-        CompareWithModel(chunks, seed, [](std::int32_t number) { return number; });
-        chunks.Clear();
-        EXPECT_EQ(0U, buffers_.back()->BytesInUse()) << "chunks that were joined have given back theirs";
-        WideChunks wide(NewBuffer());
-        CompareWithModel(wide, seed, [](std::int32_t number) { return Wide{number, {number, 0, 1}}; });
-        wide.Clear();
-        EXPECT_EQ(0U, buffers_.back()->BytesInUse());
-    }
-}
-
-TEST_F(SortedChunksTest, PayloadsFollowRandomChangesLikeThoseOfAMapOfTheStandardLibrary) {
-    using Squares = SortedChunks<std::int32_t, Less, std::int64_t>;
-    std::mt19937 random = MakeRandom(3);
-    Squares squares(NewBuffer());
-    std::map<std::int32_t, std::int64_t> model;
-    for (int i = 0; i < 60000; ++i) {
-        const auto key = static_cast<std::int32_t>(random() % 5000);
-        if (random() % 3 == 0) {
-            squares.Remove(key);
-            model.erase(key);
-        } else {
-            squares.Need(key) = i;
-            model[key] = i;
-        }
-    }
-    ASSERT_EQ(model.size(), squares.size());
-    EXPECT_EQ(0, Check(squares));
-    auto entry = squares.begin();
-    for (const auto& [key, value] : model) {
-        ASSERT_EQ(key, *entry);
-        ASSERT_EQ(value, entry.Value());
-        ASSERT_EQ(value, *squares.Find(key));
-        ++entry;
-    }
-}
-
-/// Adds keys to chunks of every size up to several chunks, with every request for memory refused in turn.
-TEST(SortedChunksMemoryTest, AKeyThatFindsNoMemoryIsNotAddedAndTheOthersStay) {
-    KivTests::TestBuffers buffers;
-    const std::unique_ptr<KivBase::Buffer> buffer(KivBase::CreateBuffer(0, 0, 65536, false));
-    WideChunks chunks(buffer.get());
-    std::mt19937 random = MakeRandom(4);
-    int failures = 0;
-    for (std::size_t size = 0; size < 4000; ++size) {
-        std::int32_t number = 0;
-        do {
-            number = static_cast<std::int32_t>(random() % 100000);
-        } while (chunks.Exists({number, {}}));
-        for (int served = 0; chunks.size() == size; ++served) {
-            buffers.FailAfter(served, KivTests::BufferLog::Refusal::Throw);
-            try {
-                chunks.Add({number, {}});
-            } catch (const std::bad_alloc&) {
-                ++failures;
-                ASSERT_EQ(size, chunks.size());
-                ASSERT_FALSE(chunks.Exists({number, {}}));
-                ASSERT_EQ(0, Check(chunks));
-            }
-            buffers.Recover();
-        }
-        ASSERT_TRUE(chunks.Exists({number, {}}));
-    }
-    EXPECT_EQ(0, Check(chunks));
-    EXPECT_EQ(3, LevelsOf(chunks));
-    EXPECT_LE(100, failures);
-}
-
-TEST(SortedChunksMemoryTest, ACopyThatFindsNoMemoryLeavesWhatWasThereAndKeepsNone) {
-    KivTests::TestBuffers buffers;
-    const std::unique_ptr<KivBase::Buffer> buffer(KivBase::CreateBuffer(0, 0, 65536, false));
-    Chunks source(buffer.get());
-    for (std::int32_t i = 0; i < 5000; ++i) {
-        source.Add(i);
-    }
-    Chunks target(buffer.get());
-    target.Add(7);
-    const std::size_t before = buffer->BytesInUse();
-    int failures = 0;
-    for (int served = 0; target.size() == 1; ++served) {
-        buffers.FailAfter(served, KivTests::BufferLog::Refusal::AnswerNull);
-        try {
-            target.CopyFrom(source);
-        } catch (const std::bad_alloc&) {
-            ++failures;
-            ASSERT_EQ(Numbers{7}, ElementsOf(target));
-            ASSERT_EQ(before, buffer->BytesInUse());
-        }
-        buffers.Recover();
-    }
-    EXPECT_EQ(ElementsOf(source), ElementsOf(target));
-    EXPECT_LE(20, failures);
-}
-
-TEST(SortedChunksMemoryTest, RemovingNeedsNoMemory) {
-    KivTests::TestBuffers buffers;
-    const std::unique_ptr<KivBase::Buffer> buffer(KivBase::CreateBuffer(0, 0, 65536, false));
-    Chunks chunks(buffer.get());
-    for (std::int32_t i = 0; i < 20000; ++i) {
-        chunks.Add(i);
-    }
-    buffers.FailAfter(0, KivTests::BufferLog::Refusal::Throw);
-    for (std::int32_t i = 0; i < 20000; ++i) {
-        ASSERT_TRUE(chunks.Remove(i * 7 % 20000));
-    }
-    EXPECT_TRUE(chunks.empty());
-    EXPECT_EQ(0U, buffer->BytesInUse());
 }
 
 }  // namespace
