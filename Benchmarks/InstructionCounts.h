@@ -8,6 +8,7 @@
 
 #include <KivBase/ReturnPtrI.h>
 #include <KivGenerics/Tree.h>
+#include <KivStorage/SavedBytes.h>
 
 using TreeHandle = KivBase::ReturnPtrI<KivGenerics::Tree>;
 
@@ -15,7 +16,7 @@ using TreeHandle = KivBase::ReturnPtrI<KivGenerics::Tree>;
 struct Input {
     TreeHandle tree;
     TreeHandle other;
-    std::vector<std::uint8_t> bytes;
+    KivStorage::SavedBytes bytes;
 };
 
 /// One operation on one shape, to be counted.

@@ -263,7 +263,7 @@ private:
     TreeHandle tree_;
     TreeHandle copy_;
     TreeHandle loaded_;
-    std::vector<std::uint8_t> bytes_;
+    KivStorage::SavedBytes bytes_;
     std::vector<KivBase::WString> paths_;
 };
 

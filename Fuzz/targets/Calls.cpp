@@ -182,7 +182,7 @@ bool IsReadBack(MemoryReadStream& stream, const Item& item) {
     return false;
 }
 
-void ReadBack(const std::vector<std::uint8_t>& bytes, const std::vector<Item>& items) {
+void ReadBack(const KivStorage::SavedBytes& bytes, const std::vector<Item>& items) {
     KivStorage::ReadLimits limits;
     limits.nesting = 0xFFFFFFF0;
     limits.stringUnits = 0xFFFFFFFF;
@@ -237,7 +237,7 @@ std::int32_t Get(MemoryReadStream& stream, Kind kind) {
     return 0;
 }
 
-void ReadAnyhow(const std::vector<std::uint8_t>& bytes, Input& input) {
+void ReadAnyhow(const KivStorage::SavedBytes& bytes, Input& input) {
     const auto stream = MemoryReadStream::Create(bytes.data(), bytes.size());
     FirstError error;
     while (!input.IsEmpty()) {

@@ -53,6 +53,18 @@ Node* GetChild(const Node& node, std::int32_t index) noexcept {
     }
 }
 
+constexpr std::uint32_t kBase = 10;
+constexpr std::uint32_t kZeroAndColon = u'0' | static_cast<std::uint32_t>(u':') << 16;
+
+/// The number in front of `unit`, 0 without digits; wraps at 32 bits. `unit` stands behind it then.
+std::uint32_t ReadNumber(const char16_t*& unit) noexcept {
+    std::uint32_t number = 0;
+    for (std::uint32_t digit = 0; (digit = static_cast<std::uint32_t>(*unit) - u'0') < kBase; ++unit) {
+        number = number * kBase + digit;
+    }
+    return number;
+}
+
 }  // namespace
 
 TreeImpl::TreeImpl() : TreeImpl(EnumOrvObjectType(0)) {}
@@ -205,14 +217,19 @@ void TreeImpl::ResetChangeCount() {
 // kept-on-purpose: find-key-needs-colon
 Node* TreeImpl::FindNodeByKey(const KivBase::WString& key) const {
     Node* node = root_;
-    // The NUL behind a text ends a number, too: only there has the end to be looked for.
-    for (const char16_t* unit = key.c_str(); node != nullptr; ++unit) {
-        std::uint32_t number = 0;
-        for (; *unit >= u'0' && *unit <= u'9'; ++unit) {
-            number = number * 10U + static_cast<std::uint32_t>(*unit - u'0');
-        }
-        if (*unit != u':') {
-            return unit == key.c_str() + key.size() ? node : nullptr;
+    const char16_t* unit = key.c_str();
+    const char16_t* const end = unit + key.size();
+    while (unit != end && node != nullptr) {
+        // Most numbers have one digit, which is read with what follows it. The NUL behind a text may be read, too.
+        std::uint32_t number = (unit[0] | static_cast<std::uint32_t>(unit[1]) << 16) - kZeroAndColon;
+        if (number < kBase) {
+            unit += 2;
+        } else {
+            number = ReadNumber(unit);
+            if (*unit != u':') {
+                return unit == end ? node : nullptr;
+            }
+            ++unit;
         }
         node = GetChild(*node, static_cast<std::int32_t>(number));
     }

@@ -12,13 +12,15 @@ BlockWriter::BlockWriter(ByteSink& sink) : sink_(sink) {
 }
 
 void BlockWriter::BeginBlock() {
-    block_ = sink_.Lend(kBlockSize);
+    const std::size_t front = GetFront();
+    block_ = sink_.Lend(front + kBlockSize);
     if (block_ == nullptr) {
         if (own_ == nullptr) {
-            own_.reset(new std::uint8_t[kBlockSize]);
+            own_.reset(new std::uint8_t[kHeaderSize + kBlockSize]);
         }
         block_ = own_.get();
     }
+    block_ += front;
     next_ = Payload();
     end_ = Payload() + kMaxPayload;
 }
@@ -40,35 +42,33 @@ Result BlockWriter::Append(const std::uint8_t* bytes, std::size_t count) {
     return {};
 }
 
-Result BlockWriter::WriteHeader() {
-    std::uint8_t header[kHeaderSize] = {};
+void BlockWriter::PutHeader(std::uint8_t* header) {
+    std::memset(header, 0, kHeaderSize);
     std::memcpy(header, kMagic, sizeof kMagic);
     PutLittle32(header + 8, kVersion);
     PutLittle64(header + 16, Checksum(header, 16, 0));
-    headerWritten_ = true;
-    return sink_.Write(header, sizeof header);
 }
 
 Result BlockWriter::Flush() {
-    if (!headerWritten_) {
-        if (Result result = WriteHeader(); !result.Ok()) {
-            return result;
-        }
+    const std::size_t front = GetFront();
+    std::uint8_t* const first = block_ - front;
+    std::size_t size = front;
+    if (front > 0) {
+        PutHeader(first);
+        hasHeader_ = true;
     }
-    const std::size_t used = GetUsed();
-    if (used == 0) {
-        return {};
+    if (const std::size_t used = GetUsed(); used > 0) {
+        // The length stands before what is summed up, so that it is covered too; the seed ties the block to its place.
+        PutLittle32(block_, static_cast<std::uint32_t>(used));
+        const std::uint64_t checksum = Checksum(block_, kLengthSize + used, blocks_ + 1);
+        PutLittle64(next_, checksum);
+        chain_ = ChainChecksum(chain_, checksum);
+        blocks_ += 1;
+        itemBytes_ += used;
+        next_ = Payload();
+        size += kLengthSize + used + kChecksumSize;
     }
-    // The length stands before what is summed up, so that it is covered too; the seed ties the block to its place.
-    PutLittle32(block_, static_cast<std::uint32_t>(used));
-    const std::uint64_t checksum = Checksum(block_, kLengthSize + used, blocks_ + 1);
-    PutLittle64(next_, checksum);
-    const std::size_t size = kLengthSize + used + kChecksumSize;
-    chain_ = ChainChecksum(chain_, checksum);
-    blocks_ += 1;
-    itemBytes_ += used;
-    next_ = Payload();
-    return sink_.Write(block_, size);
+    return size > 0 ? sink_.Write(first, size) : Result{};
 }
 
 Result BlockWriter::Finish(std::uint64_t items) {

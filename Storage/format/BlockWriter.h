@@ -39,7 +39,9 @@ public:
 private:
     std::uint8_t* Payload() const noexcept { return block_ + kLengthSize; }
     std::size_t GetUsed() const noexcept { return static_cast<std::size_t>(next_ - Payload()); }
-    Result WriteHeader();
+    /// How much of the header stands before the first block, with which it is written.
+    std::size_t GetFront() const noexcept { return hasHeader_ ? 0 : kHeaderSize; }
+    static void PutHeader(std::uint8_t* header);
     void BeginBlock();
     Result Flush();
 
@@ -48,7 +50,7 @@ private:
     std::uint8_t* block_;  // the length, the payload, room for the checksum
     std::uint8_t* next_;  // where the next byte goes
     std::uint8_t* end_;  // where Take ends: behind the payload, or at next_
-    bool headerWritten_ = false;
+    bool hasHeader_ = false;  // written
     bool finished_ = false;
     std::uint64_t blocks_ = 0;
     std::uint64_t itemBytes_ = 0;  // in the blocks written

@@ -1,39 +1,30 @@
 #pragma once
 
-#include <memory>
-#include <vector>
+#include <KivStorage/SavedBytes.h>
 
 #include "format/ByteSink.h"
 
 namespace KivStorage {
 
-/// Keeps saved bytes in memory, where they came, until somebody wants them side by side: so they are copied once, however many
-/// there are.
+/// Keeps saved bytes in memory. They are made ready where they stay.
 class MemorySink final : public ByteSink {
 public:
     std::uint8_t* Lend(std::size_t count) override;
     Result Write(const std::uint8_t* bytes, std::size_t count) override;
     std::string GetPlace() const override;
 
-    /// Everything written so far. Throws std::bad_alloc, and has lost nothing then.
-    std::vector<std::uint8_t>& Join();
+    /// Everything written so far.
+    const SavedBytes& GetBytes() const noexcept { return saved_; }
+    /// The same, of which nothing is left then. Nothing may be lent any more.
+    SavedBytes TakeAll() noexcept;
+    /// The same, copied, so that what is lent stays. Throws std::bad_alloc, and has lost nothing then.
+    SavedBytes TakeSoFar();
 
 private:
-    using Piece = std::unique_ptr<std::uint8_t[]>;
-    /// Bytes in one of the pieces.
-    struct Part {
-        const std::uint8_t* bytes;
-        std::size_t count;
-    };
+    bool NeedRoom(std::size_t count) noexcept;
 
-    void Keep(const std::uint8_t* bytes, std::size_t count);
-
-    std::vector<Piece> pieces_;  // the last of them holds what is lent
-    std::vector<Part> parts_;  // behind what is joined, in order
-    std::size_t count_ = 0;  // bytes in them
-    std::uint8_t* next_ = nullptr;  // where the next place to lend begins
-    std::size_t room_ = 0;  // behind it
-    std::vector<std::uint8_t> joined_;
+    SavedBytes saved_;
+    std::uint8_t* lent_ = nullptr;  // in the room behind what is saved
 };
 
 }  // namespace KivStorage

@@ -3,7 +3,6 @@
 #include <new>
 #include <utility>
 
-#include "format/Failure.h"
 #include "memory/MemorySink.h"
 
 namespace KivStorage {
@@ -24,23 +23,16 @@ KivBase::ReturnPtrI<MemoryWriteStream> MemoryWriteStream::Create() noexcept {
 }
 
 Result MemoryWriteStream::Finish() {
-    if (FinishItems() < 0) {
-        return GetError();
-    }
-    try {
-        sink_->Join();
-    } catch (const std::bad_alloc&) {
-        SetError(FailQuietly(StorageOutOfMemory, "memory"));
-    }
+    finished_ = FinishItems() >= 0 || finished_;
     return GetError();
 }
 
-const std::vector<std::uint8_t>& MemoryWriteStream::GetBytes() const {
-    return sink_->Join();
+const SavedBytes& MemoryWriteStream::GetBytes() const noexcept {
+    return sink_->GetBytes();
 }
 
-std::vector<std::uint8_t> MemoryWriteStream::TakeBytes() {
-    return std::exchange(sink_->Join(), {});
+SavedBytes MemoryWriteStream::TakeBytes() {
+    return finished_ ? sink_->TakeAll() : sink_->TakeSoFar();
 }
 
 }  // namespace KivStorage

@@ -88,7 +88,7 @@ Result SaveTreeToMemory(KivGenerics::Tree* tree, std::vector<std::uint8_t>& byte
         }
         Result result = stream->Finish();
         if (result.Ok()) {
-            bytes = stream->TakeBytes();
+            bytes = stream->GetBytes().ToVector();
         }
         return result;
     });

@@ -183,7 +183,7 @@ TEST(TreeAllocationTest, ATreeThatCannotBeMadeIsAnEmptyHandle) {
 }
 
 /// Loads a saved document with the k-th allocation failing; answers whether one failed.
-bool LoadWithFault(const std::vector<std::uint8_t>& saved, long k, Faults::Lasting lasting) {
+bool LoadWithFault(const KivStorage::SavedBytes& saved, long k, Faults::Lasting lasting) {
     bool struck = false;
     const auto tree = CreateGenericTree(EnumOrvObjectType(8));
     const auto stream = KivStorage::MemoryReadStream::Create(saved.data(), saved.size());

@@ -100,7 +100,7 @@ void CheckSaving(Tree* tree) {
     const auto written = KivStorage::MemoryWriteStream::Create();
     Check(tree->SaveToStream(written.Get(), false) == 0, "saving");
     written->Finish();
-    const std::vector<std::uint8_t> bytes = written->TakeBytes();
+    const KivStorage::SavedBytes bytes = written->TakeBytes();
     const auto read = KivStorage::MemoryReadStream::Create(bytes.data(), bytes.size());
     const KivBase::ReturnPtrI<Tree> loaded = CreateGenericTree(static_cast<EnumOrvObjectType>(0));
     Check(loaded->LoadFromStream(read.Get()) == 0, "loading");

@@ -37,7 +37,7 @@ TEST(FileStreamTest, AFileHoldsWhatMemoryWouldHold) {
     }
     EXPECT_EQ("", file->Commit().sentence);
     ASSERT_TRUE(memory->Finish().Ok());
-    EXPECT_TRUE(memory->GetBytes() == ReadFile(folder / "tree"));
+    EXPECT_TRUE(memory->GetBytes().ToVector() == ReadFile(folder / "tree"));
     EXPECT_EQ(std::filesystem::file_size(folder / "tree"), file->GetByteCount());
     const auto in = FileReadStream::Create(folder / "tree");
     for (std::int32_t i = 0; i < 40000; ++i) {

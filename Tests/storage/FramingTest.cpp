@@ -11,7 +11,8 @@ using namespace StorageTest;
 
 namespace {
 
-KivBase::ReturnPtrI<MemoryReadStream> Read(const Bytes& bytes, const ReadLimits& limits = {}) {
+template <class SomeBytes>
+KivBase::ReturnPtrI<MemoryReadStream> Read(const SomeBytes& bytes, const ReadLimits& limits = {}) {
     return MemoryReadStream::Create(bytes.data(), bytes.size(), limits);
 }
 
@@ -22,7 +23,7 @@ Bytes Longs(int count) {
         stream->PutLong(i);
     }
     EXPECT_TRUE(stream->Finish().Ok());
-    return stream->GetBytes();
+    return stream->GetBytes().ToVector();
 }
 
 /// Reads longs to the end; the error, or none.
@@ -104,7 +105,7 @@ TEST(FramingTest, TheWriteStreamCountsItsBytesAsItGoes) {
     ASSERT_TRUE(stream->Finish().Ok());
     EXPECT_EQ(24u + 12u + 5u + 44u, stream->GetByteCount());
     EXPECT_EQ(stream->GetByteCount(), stream->GetBytes().size());
-    const Bytes taken = stream->TakeBytes();
+    const SavedBytes taken = stream->TakeBytes();
     EXPECT_EQ(85u, taken.size());
     EXPECT_EQ(0u, stream->GetBytes().size());
 }

@@ -21,12 +21,13 @@ std::string ItemBytes(const std::function<void(MemoryWriteStream&)>& put) {
     const auto stream = MemoryWriteStream::Create();
     put(*stream);
     EXPECT_EQ("", stream->Finish().sentence);
-    const Bytes& bytes = stream->GetBytes();
+    const Bytes bytes = stream->GetBytes().ToVector();
     EXPECT_GE(bytes.size(), 24u + 12u + 44u);
     return ToHex(Bytes(bytes.begin() + 28, bytes.end() - 52));
 }
 
-KivBase::ReturnPtrI<MemoryReadStream> Read(const Bytes& bytes, const ReadLimits& limits = {}) {
+template <class SomeBytes>
+KivBase::ReturnPtrI<MemoryReadStream> Read(const SomeBytes& bytes, const ReadLimits& limits = {}) {
     return MemoryReadStream::Create(bytes.data(), bytes.size(), limits);
 }
 

@@ -10,7 +10,8 @@ using namespace StorageTest;
 
 namespace {
 
-KivBase::ReturnPtrI<MemoryReadStream> Read(const Bytes& bytes, const ReadLimits& limits = {}) {
+template <class SomeBytes>
+KivBase::ReturnPtrI<MemoryReadStream> Read(const SomeBytes& bytes, const ReadLimits& limits = {}) {
     return MemoryReadStream::Create(bytes.data(), bytes.size(), limits);
 }
 
@@ -134,11 +135,11 @@ TEST(ObjectsTest, FinishingWithItemsLeftIsRefused) {
 TEST(ObjectsTest, NothingIsTakenAfterTheEnd) {
     const auto out = MemoryWriteStream::Create();
     ASSERT_TRUE(out->Finish().Ok());
-    const Bytes bytes = out->GetBytes();
+    const Bytes bytes = out->GetBytes().ToVector();
     EXPECT_EQ(68u, bytes.size());
     EXPECT_EQ(StorageAlreadyFinished, out->PutLong(1));
     EXPECT_EQ(StorageAlreadyFinished, out->Finish().code);
-    EXPECT_EQ(bytes, out->GetBytes());
+    EXPECT_EQ(bytes, out->GetBytes().ToVector());
     const auto twice = MemoryWriteStream::Create();
     ASSERT_TRUE(twice->Finish().Ok());
     EXPECT_EQ(StorageAlreadyFinished, twice->Finish().code);

@@ -106,7 +106,7 @@ TEST_P(RunsTest, ALoadHasEveryLeafAndStopsWhereTheDataEnd) {
     const auto out = KivStorage::MemoryWriteStream::Create();
     ASSERT_EQ(0, tree_->SaveToStream(out.Get(), false));
     ASSERT_TRUE(out->Finish().Ok());
-    const std::vector<std::uint8_t> bytes = out->TakeBytes();
+    const KivStorage::SavedBytes bytes = out->TakeBytes();
     const auto loaded = CreateGenericTree(EnumOrvObjectType(0));
     const auto in = KivStorage::MemoryReadStream::Create(bytes.data(), bytes.size());
     ASSERT_EQ(0, loaded->LoadFromStream(in.Get()));

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <cstdint>
-#include <vector>
-
 #include <KivBase/ReturnPtrI.h>
+#include <KivStorage/SavedBytes.h>
 #include <KivStorage/WriteStream.h>
 
 namespace KivStorage {
@@ -18,17 +16,18 @@ public:
 
     /// Closes the data; refused while objects are open. No Put is taken afterwards, a second Finish is refused.
     Result Finish();
-    /// What is complete so far: whole blocks until Finish, then everything. Before Finish it copies what has come since it was
-    /// last asked, and throws std::bad_alloc when there is no memory for that.
-    const std::vector<std::uint8_t>& GetBytes() const;
-    /// Hands the bytes over; the stream has none afterwards. Throws as GetBytes.
-    std::vector<std::uint8_t> TakeBytes();
+    /// What is complete so far: whole blocks until Finish, then everything. Where they stand may change with the next Put.
+    const SavedBytes& GetBytes() const noexcept;
+    /// Hands the bytes over; the stream has none afterwards. Before Finish it copies them, and throws std::bad_alloc when there is
+    /// no memory for that.
+    SavedBytes TakeBytes();
 
 private:
     explicit MemoryWriteStream(std::unique_ptr<MemorySink> sink);
     ~MemoryWriteStream() override;
 
     MemorySink* sink_;
+    bool finished_ = false;
 };
 
 }  // namespace KivStorage
