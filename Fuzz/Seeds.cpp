@@ -108,6 +108,13 @@ Bytes ForFaults(const Bytes& items, std::uint32_t seed) {
     return StorageTest::Join({fault, loads ? items : ForRoundTrip(items)});
 }
 
+/// What stands there before, a fault at some call of the system's, and what to save or load then.
+Bytes ForSystem(const Bytes& items, std::uint32_t seed) {
+    const auto small = static_cast<std::uint8_t>(seed);
+    const Bytes fault = {small, static_cast<std::uint8_t>(37 * seed), small, small, 0};
+    return StorageTest::Join({fault, ForRoundTrip(items)});
+}
+
 Bytes ForKey(std::uint32_t seed) {
     const char* const keys[] = {"",           "0:", "3:11:11:", "16:0:0:", "536870911:3:3:", "00042:4294967299:",
                                 "8192:1:1:7", "15"};
@@ -133,6 +140,7 @@ void WriteSeeds(const fs::path& folder, std::uint32_t seed, KivGenerics::Tree& t
     Write(folder, "calls", seed, ForCalls(items));
     Write(folder, "roundtrip", seed, ForRoundTrip(items));
     Write(folder, "faults", seed, ForFaults(items, seed));
+    Write(folder, "system", seed, ForSystem(items, seed));
     Write(folder, "key", seed, ForKey(seed));
 }
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -9,6 +10,7 @@
 #include "persistence/COrvReadBlockArchive.h"
 #include "persistence/COrvWriteBlockArchive.h"
 #include "storage/Support.h"
+#include "targets/HostileItems.h"
 #include "targets/Input.h"
 #include "targets/Require.h"
 #include "targets/Targets.h"
@@ -99,6 +101,11 @@ private:
     std::int32_t code_ = 0;
 };
 
+/// The stream's own interface, the one that every object has, or one that it has not.
+GUID InterfaceFor(std::uint8_t choice, const GUID& own) noexcept {
+    return choice < 0x80 ? own : choice < 0xC0 ? KivStorage::UnknownInterfaceId : GUID{};
+}
+
 /// What no caller should do.
 std::int32_t MisuseWriter(MemoryWriteStream& stream, std::uint8_t choice) {
     void* object = nullptr;
@@ -106,7 +113,7 @@ std::int32_t MisuseWriter(MemoryWriteStream& stream, std::uint8_t choice) {
         case 0: return stream.PutWideString(nullptr, 1U + choice);
         case 1: return stream.PutVariant(nullptr);
         case 2: return stream.Finish().code;
-        case 3: stream.QueryInterface(choice < 0x80 ? KivStorage::BlockWriteStreamId : GUID{}, &object); break;
+        case 3: stream.QueryInterface(InterfaceFor(choice, KivStorage::BlockWriteStreamId), &object); break;
         default: stream.QueryInterface(KivStorage::UnknownInterfaceId, nullptr); break;
     }
     if (object != nullptr) {
@@ -201,7 +208,7 @@ std::int32_t MisuseReader(MemoryReadStream& stream, std::uint8_t choice) {
         case 1: return stream.GetStringChars(1, &unit);
         case 2: return stream.GetStringChars(choice, nullptr);
         case 3: return stream.Finish().code;
-        case 4: stream.QueryInterface(choice < 0x80 ? KivStorage::BlockReadStreamId : GUID{}, &object); break;
+        case 4: stream.QueryInterface(InterfaceFor(choice, KivStorage::BlockReadStreamId), &object); break;
         case 5: stream.QueryInterface(KivStorage::UnknownInterfaceId, nullptr); break;
         case 6: return stream.GetDouble(nullptr);
         case 7: return stream.GetShort(nullptr);
@@ -245,6 +252,15 @@ void ReadAnyhow(const KivStorage::SavedBytes& bytes, Input& input) {
         error.Check(choice >= 0xF0 ? MisuseReader(*stream, input.TakeByte())
                                    : Get(*stream, static_cast<Kind>(choice % 8)));
     }
+}
+
+/// The items, too, are what the bytes say: no stream of ours would write some of them.
+void ReadItemsOfAnybody(Input& input) {
+    Bytes items(std::min<std::size_t>(input.TakeByte(), input.GetCount()));
+    for (std::uint8_t& byte : items) {
+        byte = input.TakeByte();
+    }
+    ReadAnyhow(FrameItems(items), input);
 }
 
 std::int32_t Write(COrvWriteBlockArchive& archive, Input& input) {
@@ -311,6 +327,10 @@ void RunCalls(const std::uint8_t* bytes, std::size_t count) {
     const std::uint8_t choice = input.TakeByte();
     if (choice % 2 == 1) {
         UseArchives(input);
+        return;
+    }
+    if (choice % 4 == 2) {
+        ReadItemsOfAnybody(input);
         return;
     }
     const auto out = MemoryWriteStream::Create();

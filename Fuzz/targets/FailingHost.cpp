@@ -1,6 +1,7 @@
 #include "targets/FailingHost.h"
 
 #include <memory>
+#include <new>
 
 #include <KivGenerics/ResultCode.h>
 
@@ -38,6 +39,9 @@ private:
 };
 
 KivBase::Buffer* MakeFailingBuffer(int reserved1, int reserved2, std::int32_t blockSize, bool reserved3) {
+    if (bufferFault != nullptr && bufferFault->Next() != 0) {
+        throw std::bad_alloc();
+    }
     return new FailingBuffer(KivBase::CreateDefaultBuffer(reserved1, reserved2, blockSize, reserved3));
 }
 

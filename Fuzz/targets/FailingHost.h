@@ -105,7 +105,8 @@ private:
     std::uint32_t references_ = 1;
 };
 
-/// While it lives, memory of the buffers of new forests runs out as the fault says: they answer null. One at a time.
+/// While it lives, memory of new forests runs out as the fault says: their buffers answer null, or are not made at all. One at a
+/// time.
 class FailingBuffers {
 public:
     explicit FailingBuffers(Fault& fault) noexcept;

@@ -13,6 +13,7 @@
 
 #include "core/Invariants.h"
 #include "targets/FailingHost.h"
+#include "targets/GreatTrees.h"
 #include "targets/Growing.h"
 #include "targets/HostileItems.h"
 #include "targets/Require.h"
@@ -45,8 +46,13 @@ void SaveGrown(Input& input, const Fault& fault, Save save) {
     UseTree(*tree);
 }
 
+/// A file of what is left of the input.
+Bytes FrameRest(const Input& input) {
+    return FrameItems(Bytes(input.GetBytes(), input.GetBytes() + input.GetCount()));
+}
+
 void LoadItems(Input& input, Fault& fault) {
-    const Bytes file = FrameItems(Bytes(input.GetBytes(), input.GetBytes() + input.GetCount()));
+    const Bytes file = FrameRest(input);
     const auto inner = KivStorage::MemoryReadStream::Create(file.data(), file.size());
     FailingReadStream stream(fault, *inner);
     const auto tree = NewTree();
@@ -67,7 +73,7 @@ void UseWithoutMemory(Input& input, Fault& fault) {
         if (!tree) {
             return;
         }
-        const Bytes file = FrameItems(Bytes(input.GetBytes(), input.GetBytes() + input.GetCount()));
+        const Bytes file = FrameRest(input);
         const auto stream = KivStorage::MemoryReadStream::Create(file.data(), file.size());
         tree->LoadFromStream(stream.Get());
         CheckSound(*tree);
@@ -77,7 +83,23 @@ void UseWithoutMemory(Input& input, Fault& fault) {
             CheckSound(*copy);
         }
     } catch (const std::bad_alloc&) {
+        // What was done up to there is sound.
     } catch (const Exception&) {
+        // So it is here.
+    }
+}
+
+/// What loads whole trees and saves them answers a failure where a tree alone throws, or answers null.
+void LoadAndSaveWithoutMemory(Input& input, Fault& fault) {
+    const Bytes file = FrameRest(input);
+    const FailingBuffers buffers(fault);
+    const auto loaded = KivStorage::LoadTreeFromMemory(file.data(), file.size());
+    Require(loaded.result.Ok() == static_cast<bool>(loaded.tree), "A refused load hands over a tree.");
+    if (loaded.tree) {
+        Bytes bytes;
+        const auto saved = KivStorage::SaveTreeToMemory(loaded.tree.Get(), bytes);
+        Require(saved.Ok() || bytes.empty(), "A refused save hands over bytes.");
+        CheckSound(*loaded.tree);
     }
 }
 
@@ -102,7 +124,7 @@ void SaveAndLoadAnywhere(Input& input) {
     std::filesystem::create_symlink("circle", folder / "circle", ignored);
     const auto path = OddPath(folder.GetPath(), input);
     const auto tree = NewTree();
-    GrowTree(*tree, input);
+    GrowTreeOfAnySize(*tree, input);
     KivStorage::SaveOptions options;
     options.withTransient = input.GetCount() % 2 == 0;
     const auto saved = KivStorage::SaveTree(tree.Get(), path, options);
@@ -153,6 +175,7 @@ void GiveNothing(Input& input, bool withTransient) {
     Misuse([&] { tree->LoadFromStream(nullptr); });
     Misuse([&] { tree->LoadFromArchive(nullptr); });
     Bytes bytes;
+    Require(!KivStorage::LoadTreeFromMemory(nullptr, 1).result.Ok(), "Nothing at all is loaded.");
     KivStorage::SaveOptions options;
     options.saveDespiteLosses = withTransient;
     Require(!KivStorage::SaveTreeToMemory(nullptr, bytes, options).Ok(), "No tree at all is saved.");
@@ -162,6 +185,7 @@ void GiveNothing(Input& input, bool withTransient) {
     Require(size.WriteWideString(nullptr, 1) < 0 && size.WriteVariant(nullptr) < 0, "Nothing is sized.");
     size.WriteWideString(nullptr, 0);
     size.WriteVariant(StorageTest::Variant(input.TakeByte(), input.TakeNumber(8)));
+    Require(!KivStorage::DescribeCode(input.TakeLong()).empty(), "A code has no sentence.");
 }
 
 }  // namespace
@@ -183,7 +207,7 @@ void RunFaults(const std::uint8_t* bytes, std::size_t count) {
             break;
         }
         case 2: LoadItems(input, fault); break;
-        case 3: UseWithoutMemory(input, fault); break;
+        case 3: withTransient ? LoadAndSaveWithoutMemory(input, fault) : UseWithoutMemory(input, fault); break;
         case 4: SaveNodesAlone(input, fault, withTransient); break;
         case 5: GiveNothing(input, withTransient); break;
         default: SaveAndLoadAnywhere(input); break;

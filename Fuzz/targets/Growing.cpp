@@ -25,8 +25,7 @@ using namespace KivGenerics;
 /// One composite is the present one; what is done, is done to it and its children.
 class Grower {
 public:
-    Grower(Tree& tree, Input& input)
-        : tree_(tree), input_(input), here_(nullptr), hasMany_(input.GetCount() <= kShort) {
+    Grower(Tree& tree, Input& input) : tree_(tree), input_(input), here_(nullptr), hasMany_(input.IsShort()) {
         here_ = node_cast<Composite>(tree.NewRoot(NodeTypeMap, false, TakeTag()));
     }
 
@@ -50,9 +49,6 @@ public:
 private:
     // Deeper than any load goes, but not so deep that the checks, which recurse, use up the stack.
     static constexpr int kDeepest = 1100;
-    // What is made by the hundred or nests by the thousand takes a hundred times as long as anything else: too long for the
-    // short inputs, of which there are millions.
-    static constexpr std::size_t kShort = 128;
 
     void Climb() {
         if (here_->GetParent() != nullptr) {

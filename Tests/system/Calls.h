@@ -32,6 +32,8 @@ struct Fault {
         Fail,
         /// A read or write does half of what it is asked for; any other call does all.
         DoHalf,
+        /// A read or write does nothing and answers 0; any other call does all.
+        DoNothing,
         /// The process is killed before the call.
         Kill,
         /// The process is killed in the middle of a write; before any other call.
@@ -57,5 +59,8 @@ public:
     /// The calls up to now.
     std::vector<Call> TakeCalls() const;
 };
+
+/// How many files this process has open.
+int CountOpenFiles();
 
 }  // namespace SystemCalls

@@ -12,6 +12,7 @@
 #include "system/Saves.h"
 
 using namespace KivStorage;
+using SystemCalls::CountOpenFiles;
 using SystemCalls::Fault;
 using SystemCalls::Watch;
 
@@ -38,6 +39,7 @@ const std::vector<Fault>& AllFaults() {
         FailWith(EROFS, true),
         {Fault::What::DoHalf, 0, 0, false},
         {Fault::What::DoHalf, 0, 0, true},
+        {Fault::What::DoNothing, 0, 0, false},
     };
     return all;
 }

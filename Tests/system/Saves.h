@@ -33,5 +33,3 @@ Bytes SavedBytes(KivGenerics::Tree& tree);
 
 Bytes ReadFile(const std::filesystem::path& path);
 void WriteFile(const std::filesystem::path& path, const Bytes& bytes);
-/// How many files this process has open.
-int CountOpenFiles();

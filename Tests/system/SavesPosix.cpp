@@ -57,8 +57,3 @@ void WriteFile(const std::filesystem::path& path, const Bytes& bytes) {
     std::ofstream file(path, std::ios::binary);
     std::copy(bytes.begin(), bytes.end(), std::ostreambuf_iterator<char>(file));
 }
-
-int CountOpenFiles() {
-    const std::filesystem::directory_iterator files("/proc/self/fd");
-    return static_cast<int>(std::distance(begin(files), end(files)));
-}
