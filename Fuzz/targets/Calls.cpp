@@ -244,7 +244,8 @@ std::int32_t Get(MemoryReadStream& stream, Kind kind) {
     return 0;
 }
 
-void ReadAnyhow(const KivStorage::SavedBytes& bytes, Input& input) {
+template <class Saved>
+void ReadAnyhow(const Saved& bytes, Input& input) {
     const auto stream = MemoryReadStream::Create(bytes.data(), bytes.size());
     FirstError error;
     while (!input.IsEmpty()) {
