@@ -74,7 +74,7 @@ Node* Vector::NewNode(int index, NodeType type, bool keepOld, SemanticTag tag) {
     }
     if (append) {
         NoteChild();
-        children_.push_back(node);
+        Append(node);
     } else if (keepOld) {
         if (!IsCompositeType(type)) {
             Raise(Texts::CannotKeepOldNode);
@@ -102,7 +102,18 @@ Node* Vector::Add(NodeType type, SemanticTag tag) {
     Node* const node = NodeAccess::GetTree(*this)->CreateNode(type, this, static_cast<int>(children_.size()), tag);
     if (node != nullptr) {
         NoteChild();
-        children_.push_back(node);
+        Append(node);
+    }
+    return node;
+}
+
+Vector* Vector::AddVector() {
+    CheckKind(StaticType);
+    NeedRoom();
+    auto* const node = NodeAccess::GetTree(*this)->Create<Vector>(this, static_cast<int>(children_.size()));
+    if (node != nullptr) {
+        NoteChild();
+        Append(node);
     }
     return node;
 }

@@ -24,14 +24,18 @@ public:
         return tree.MayTake<T>() ? tree.GetBuffer()->template CountTakeable<T>(wanted) : 0;
     }
 
-    /// Each leaf counts as `changes` changes. `most` is at most Count.
-    LeafRun(TreeImpl& tree, Composite* parent, std::size_t most, std::uint32_t changes) noexcept
+    /// Leaves of one own temporality, which the tree knows. Each counts as `changes` changes. `most` is at most Count and not 0.
+    LeafRun(TreeImpl& tree, Composite* parent, std::size_t most, EnumOrvGenericsTemporality temporality,
+            std::uint32_t changes) noexcept
         : tree_(tree),
           parent_(parent),
           first_(tree.GetBuffer()->template TakeRun<T>(most)),
           next_(first_),
           end_(first_ + most * kSize),
-          changes_(changes) {}
+          model_(NodeAccess::Construct<T>(first_, tree, parent, 0)),
+          changes_(changes) {
+        NodeAccess::SetTemporalityOfNewLeaf(*model_, temporality);
+    }
     LeafRun(const LeafRun&) = delete;
     LeafRun& operator=(const LeafRun&) = delete;
     ~LeafRun() {
@@ -44,7 +48,7 @@ public:
         char* const place = next_;
         next_ = place + kSize;
         KivBase::Buffer::PrefetchForWriting(place);
-        return NodeAccess::Construct<T>(place, tree_, parent_, index);
+        return NodeAccess::ConstructLike(*model_, place, tree_, parent_, index);
     }
 
 private:
@@ -55,6 +59,7 @@ private:
     char* const first_;
     char* next_;
     char* const end_;
+    T* const model_;  // at first_, where the first leaf will be
     const std::uint32_t changes_;
 };
 

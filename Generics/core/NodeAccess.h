@@ -21,6 +21,11 @@ struct NodeAccess {
     static T* Construct(void* place, TreeImpl& tree, Composite* parent, int index) noexcept {
         return ::new (place) T(&tree, parent, index);
     }
+    /// A leaf like another, which may be what stands at `place`.
+    template <class T>
+    static T* ConstructLike(const T& like, void* place, TreeImpl& tree, Composite* parent, int index) noexcept {
+        return ::new (place) T(like, &tree, parent, index);
+    }
     static void Reset(Node& node) { node.Reset(); }
     static void SetTag(Map& map, SemanticTag tag) noexcept { map.tag_ = tag; }
     /// What a scalar leaf holds.
@@ -43,7 +48,7 @@ struct NodeAccess {
         vector.NoteChild();
         T* const node = GetTree(vector)->template Create<T>(&vector, static_cast<int>(vector.children_.size()));
         if (node != nullptr) {
-            vector.children_.push_back(node);
+            vector.Append(node);
         }
         return node;
     }
@@ -71,7 +76,9 @@ struct NodeAccess {
         }
     }
     /// The same for a leaf, where the tree has been told by NoteTemporalityOfNew.
-    static void SetTemporalityOfNewLeaf(Node& leaf, EnumOrvGenericsTemporality t) noexcept { leaf.temporality_ = t; }
+    static void SetTemporalityOfNewLeaf(Node& leaf, EnumOrvGenericsTemporality t) noexcept {
+        leaf.state_.temporality = t;
+    }
     /// What the tree of `node` must know of the own temporality of new leaves.
     static void NoteTemporalityOfNew(const Node& node, EnumOrvGenericsTemporality t) noexcept {
         if (t != TemporalityDefault && t != TemporalityPersistent) {
@@ -81,36 +88,36 @@ struct NodeAccess {
     static void MakePersistent(Node& node) { node.MakePersistent(); }
     /// The temporality of a node that leaves the tree, which does not ask for its children any more.
     static void ResetTemporality(Node& node) noexcept {
-        node.temporality_ = TemporalityDefault;
+        node.state_.temporality = TemporalityDefault;
         node.StoreDerived(TemporalityDefault);
         ForgetEmpty(node);
     }
     /// The composite, which may be new, needs no children in order not to be temporary, or is about to get some.
     static void ForgetEmpty(Node& node) noexcept {
-        if ((node.derivedAt_ & Node::kEmptyBit) != 0 && !IsFrozen(node)) {
-            node.derivedAt_ = node.GetDerivedRound();
+        if ((node.state_.derivedAt & Node::kEmptyBit) != 0 && !IsFrozen(node)) {
+            node.state_.derivedAt = node.GetDerivedRound();
             node.tree_->UncountEmpty();
         }
     }
     static void NoteChild(Composite& composite) noexcept { composite.NoteChild(); }
     /// A composite has lost its last child.
     static void NoteNoChild(Composite& composite) noexcept {
-        if (composite.temporality_ == TemporalityDefault) {
+        if (composite.state_.temporality == TemporalityDefault) {
             composite.NoteEmpty();
         }
     }
     /// The derived temporality of a node that no longer stands in its tree stays as it is, whatever becomes of the tree.
     static void Freeze(Node& node) noexcept {
         ForgetEmpty(node);
-        node.derivedTemporality_ = node.StoredDerived();
-        node.derivedAt_ = IsCompositeType(node.GetType()) ? Node::kFrozen | Node::kEmptyBit : Node::kFrozen;
+        node.state_.derived = node.StoredDerived();
+        node.state_.derivedAt = IsCompositeType(node.GetType()) ? Node::kFrozen | Node::kEmptyBit : Node::kFrozen;
     }
     static bool IsFrozen(const Node& node) noexcept { return node.GetDerivedRound() == Node::kFrozen; }
     /// A node without a parent comes into its tree.
     static void Thaw(Node& node) noexcept {
         if (IsFrozen(node)) {
-            node.derivedAt_ = node.tree_->GetRound();
-            node.NoteTaken(node.temporality_);
+            node.state_.derivedAt = node.tree_->GetRound();
+            node.NoteTaken(node.state_.temporality);
         }
     }
     /// The derived temporality as it is stored.
@@ -131,8 +138,8 @@ struct NodeAccess {
     /// The same for a leaf that stands in its tree, where `round` is the present one.
     static EnumOrvGenericsTemporality CalculateLeaf(Node& leaf, int round) noexcept {
         const EnumOrvGenericsTemporality derived = GetOwnOfLeaf(leaf);
-        leaf.derivedTemporality_ = derived;
-        leaf.derivedAt_ = round;
+        leaf.state_.derived = derived;
+        leaf.state_.derivedAt = round;
         return derived;
     }
     static EnumOrvGenericsTemporality GetOwnOfLeaf(const Node& leaf) noexcept {
@@ -144,7 +151,7 @@ struct NodeAccess {
         StoreDerived(node, t);
     }
     static void Restamp(Node& node) noexcept {
-        node.derivedAt_ = (node.derivedAt_ & Node::kEmptyBit) | node.tree_->GetRound();
+        node.state_.derivedAt = (node.state_.derivedAt & Node::kEmptyBit) | node.tree_->GetRound();
     }
     /// SetDerived as part of a whole calculation.
     static void StoreDerived(Node& node, EnumOrvGenericsTemporality t) noexcept { node.StoreDerived(t); }

@@ -24,9 +24,7 @@ namespace KivGenerics {
 // The node may come from another tree of the forest.
 void TreeImpl::Adopt(Node& node, Composite* parent, int index) noexcept {
     node.tree_ = this;
-    node.temporality_ = TemporalityDefault;
-    node.derivedTemporality_ = TemporalityDefault;
-    node.derivedAt_ = round_;
+    node.state_ = GetNewState(node.GetType());
     node.NoteTaken(TemporalityDefault);
     NodeAccess::Place(node, parent, index);
 }

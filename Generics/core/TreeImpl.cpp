@@ -119,7 +119,7 @@ bool TreeImpl::IsReadOnly() const {
 }
 
 int TreeImpl::GetChangeCount() const {
-    return changeCount_;
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(changes_ - countedFrom_));
 }
 
 // kept-on-purpose: root-not-recycled
@@ -210,7 +210,7 @@ void TreeImpl::SetReadOnly() {
 
 void TreeImpl::ResetChangeCount() {
     CheckReadOnly();
-    changeCount_ = 0;
+    countedFrom_ = changes_;
 }
 
 // Numbers wrap at 32 bits, so that no key can overflow them; ":" alone reads as "0:".
@@ -237,17 +237,17 @@ Node* TreeImpl::FindNodeByKey(const KivBase::WString& key) const {
 }
 
 void TreeImpl::UpdateDerivedTemporality() {
-    if (root_ == nullptr || !temporalityStale_) {
+    if (root_ == nullptr || !IsTemporalityStale()) {
         return;
     }
-    if (!isVaried_ && !hasStrays_ && emptyComposites_ == 0 && round_ < kLastRound) {
-        ++round_;
+    if (!isVaried_ && !hasStrays_ && emptyComposites_ == 0 && GetRound() < kLastRound) {
+        SetRound(static_cast<std::uint8_t>(GetRound() + 1));
         isAllPersistent_ = true;
         isAllOnScale_ = true;
     } else {
         CalculateAll();
     }
-    temporalityStale_ = false;
+    updatedAt_ = changes_;
     temporalityUpdated_ = true;
 }
 
@@ -263,8 +263,8 @@ void TreeImpl::CalculateAll() {
     isAllOnScale_ = summary.isAllOnScale;
     isVaried_ = !summary.isAllPersistent;
     emptyComposites_ = summary.emptyComposites;
-    if (round_ == kLastRound && !hasStrays_) {
-        round_ = 1;
+    if (GetRound() == kLastRound && !hasStrays_) {
+        SetRound(1);
         RestampTemporality(*root_);
     }
 }

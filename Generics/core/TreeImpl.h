@@ -88,7 +88,7 @@ public:
 
     /// True while every derived temporality below the root is what UpdateDerivedTemporality made it: all children of a vector
     /// have that of the vector.
-    bool HasUpdatedTemporality() const noexcept { return temporalityUpdated_ && !temporalityStale_; }
+    bool HasUpdatedTemporality() const noexcept { return temporalityUpdated_ && !IsTemporalityStale(); }
     /// True while every derived temporality below the root is TemporalityPersistent, and nothing else may stand there.
     bool IsAllPersistent() const noexcept { return isAllPersistent_ && !hasStrays_ && HasUpdatedTemporality(); }
     /// True while every own and every derived temporality below the root is one of TemporalityDefault to TemporalityTemporary,

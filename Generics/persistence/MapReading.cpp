@@ -118,15 +118,20 @@ std::int32_t ReadRun(const MapChildren& children, ArchiveDecoder& decoder, const
     TreeImpl& tree = *NodeAccess::GetTree(children.map);
     const std::size_t room = (std::min)(children.overflow->CountAppendable(), LeafRun<T>::Count(tree));
     const std::size_t most = (std::min)(room, left);
+    done = 0;
+    if (most == 0) {
+        return ResultSuccess;
+    }
     const std::uint32_t code = keys.Get(first).typeCode;
     const EnumOrvGenericsTemporality temporality = DecodeTypeCode(code, 0).temporality;
     constexpr std::uint32_t kChanges = 3;  // being made, and two temporalities
-    LeafRun<T> run(tree, &children.map, most, kChanges);
+    NodeAccess::NoteTemporalityOfNew(children.map, temporality);
+    LeafRun<T> run(tree, &children.map, most, temporality, kChanges);
     MapOverflow::AppendRun store(*children.overflow);
     const ValueReader reader(decoder);
     std::int32_t result = ResultSuccess;
     int last = -1;
-    for (done = 0; result >= 0 && done < most; ++done) {
+    for (; result >= 0 && done < most; ++done) {
         const SlotKey key = keys.Get(first + done);
         if (key.typeCode != code || key.index <= last) {
             break;
@@ -134,7 +139,6 @@ std::int32_t ReadRun(const MapChildren& children, ArchiveDecoder& decoder, const
         last = key.index;
         T* const leaf = run.Make(last);
         store.Append(last, leaf);
-        NodeAccess::SetTemporalityOfNew(*leaf, temporality);
         result = ReadValue(*leaf, reader);
     }
     return result;

@@ -70,14 +70,17 @@ std::int32_t ReadRun(Vector& vector, ArchiveDecoder& decoder, std::uint32_t& cou
     auto& elements = NodeAccess::GetChildren(vector);
     const std::size_t room = (std::min)(elements.capacity() - elements.size(), LeafRun<Leaf>::Count(tree));
     const std::size_t most = (std::min)(room, std::size_t{count});
+    if (most == 0) {
+        return ResultSuccess;
+    }
     constexpr std::uint32_t kChanges = 2;  // being made, and its temporality
-    LeafRun<Leaf> run(tree, &vector, most, kChanges);
+    NodeAccess::NoteTemporalityOfNew(vector, temporality);
+    LeafRun<Leaf> run(tree, &vector, most, temporality, kChanges);
     const ValueReader reader(decoder);
     std::int32_t result = ResultSuccess;
     for (std::size_t i = 0; result >= 0 && i < most; ++i) {
         Leaf* const leaf = run.Make(static_cast<int>(elements.size()));
         elements.push_back(leaf);
-        NodeAccess::SetTemporalityOfNew(*leaf, temporality);
         result = ReadValue(*leaf, reader);
         --count;
     }

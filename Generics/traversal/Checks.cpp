@@ -18,7 +18,7 @@ void Node::CheckPopulate(const Node* source) const {
     if (source == nullptr) {
         Raise(Texts::NullCopy);
     }
-    if (source->type_ != type_) {
+    if (source->state_.type != state_.type) {
         Raise(Texts::CopyOtherType);
     }
 }
@@ -34,15 +34,15 @@ bool Node::MergeWithChecks(Node* other, bool) {
     if (other == nullptr) {
         Raise(Texts::NullMerge);
     }
-    if (other->type_ != type_) {
+    if (other->state_.type != state_.type) {
         Raise(Texts::MergeOtherType);
     }
-    if (other->temporality_ == temporality_ || other->temporality_ == TemporalityDefault) {
+    if (other->state_.temporality == state_.temporality || other->state_.temporality == TemporalityDefault) {
         return true;
     }
-    const bool agreed = temporality_ == TemporalityDefault;
-    temporality_ = other->temporality_;
-    if (temporality_ != TemporalityPersistent) {
+    const bool agreed = state_.temporality == TemporalityDefault;
+    state_.temporality = other->state_.temporality;
+    if (state_.temporality != TemporalityPersistent) {
         tree_->NoteVaried();
     }
     return agreed;
@@ -66,7 +66,7 @@ int Node::Compare(Node* other, EnumOrvGenericsTemporality t, bool recalc) {
         constexpr std::int64_t kGreatest = (std::numeric_limits<int>::max)();
         return static_cast<int>(std::clamp(tags, kLeast, kGreatest));
     }
-    return type_ - other->type_;
+    return state_.type - other->state_.type;
 }
 
 }  // namespace KivGenerics

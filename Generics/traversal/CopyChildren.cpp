@@ -126,11 +126,11 @@ Node* CopyLeafIntoMap(TreeImpl& tree, const MapChildren& target, Node& source, C
 
 /// Makes the next leaf of a run, a copy.
 template <class T>
-T* CopyNext(LeafRun<T>& run, const Node& source, int index, EnumOrvGenericsTemporality t) noexcept {
+T* CopyNext(LeafRun<T>& run, const Node& source, int index) noexcept {
     PrefetchBehind(&source);
+    const auto value = NodeAccess::GetValue(static_cast<const T&>(source));
     T* const copy = run.Make(index);
-    NodeAccess::SetTemporalityOfNewLeaf(*copy, t);
-    NodeAccess::GetValue(*copy) = NodeAccess::GetValue(static_cast<const T&>(source));
+    NodeAccess::GetValue(*copy) = value;
     return copy;
 }
 
@@ -151,11 +151,11 @@ std::size_t CopyRun(TreeImpl& tree, Vector& target, Node* const* first, Node* co
     const auto count = static_cast<std::size_t>(end - first);
     const EnumOrvGenericsTemporality t = (*first)->GetTemporality();
     NodeAccess::NoteTemporalityOfNew(target, t);
-    LeafRun<T> run(tree, &target, count, kChangesInVector);
+    LeafRun<T> run(tree, &target, count, t, kChangesInVector);
     auto index = static_cast<int>(elements.size());
     elements.resize(elements.size() + count);
     for (Node** place = elements.data() + index; first != end; ++first) {
-        *place++ = CopyNext(run, **first, index++, t);
+        *place++ = CopyNext(run, **first, index++);
     }
     return count;
 }
@@ -234,11 +234,11 @@ bool CopyRunBeyond(TreeImpl& tree, const MapChildren& target, ChildCursor& child
     const auto count = static_cast<std::size_t>(end - place);
     const EnumOrvGenericsTemporality t = (*place)->GetTemporality();
     NodeAccess::NoteTemporalityOfNew(target.map, t);
-    LeafRun<T> run(tree, &target.map, count, kChangesInMap);
+    LeafRun<T> run(tree, &target.map, count, t, kChangesInMap);
     MapOverflow::AppendRun store(*target.overflow);
     for (; place != end; ++place) {
         const int index = (*place)->GetIndex();
-        store.Append(index, CopyNext(run, **place, index, t));
+        store.Append(index, CopyNext(run, **place, index));
     }
     children.GoOnAt(end);
     return true;

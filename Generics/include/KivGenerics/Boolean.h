@@ -40,6 +40,8 @@ private:
 
     explicit Boolean(ChangeGuard* tree) noexcept : Node(tree, StaticType) {}
     Boolean(ChangeGuard* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
+    Boolean(const Boolean& like, ChangeGuard* tree, Composite* parent, int index) noexcept
+        : Node(like, tree, parent, index) {}
 
     bool value_ = false;
 };

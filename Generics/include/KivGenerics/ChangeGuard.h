@@ -3,6 +3,8 @@
 #include <cstdint>
 
 #include <KivGenerics/Export.h>
+#include <KivGenerics/NodeState.h>
+#include <KivGenerics/NodeType.h>
 
 namespace KivGenerics {
 
@@ -16,8 +18,7 @@ public:
     /// Throws ReadOnlyException on a read-only tree, else counts the change.
     void CheckReadOnly() {
         TestWritable();
-        changeCount_ = static_cast<std::int32_t>(static_cast<std::uint32_t>(changeCount_) + 1U);
-        temporalityStale_ = true;
+        ++changes_;
     }
 
     /// The first half of the guard: nothing is counted.
@@ -28,17 +29,16 @@ public:
     }
 
     /// Counts `more` changes of a tree that is not read-only.
-    void CountMore(std::uint32_t more) noexcept {
-        temporalityStale_ = temporalityStale_ || more > 0;
-        changeCount_ = static_cast<std::int32_t>(static_cast<std::uint32_t>(changeCount_) + more);
-    }
+    void CountMore(std::uint32_t more) noexcept { changes_ += more; }
 
     /// A derived temporality was set by itself: it need not be what an update of the whole tree made it.
     void NoteOwnDerived() noexcept { temporalityUpdated_ = false; }
 
     /// The round that derived temporalities are stored in, 1 to kLastRound: one that was stored in an earlier round has become
     /// TemporalityPersistent. So an update of a tree where all nodes are persistent begins a new round and touches no node.
-    std::uint8_t GetRound() const noexcept { return round_; }
+    std::uint8_t GetRound() const noexcept { return static_cast<std::uint8_t>(int{newStates_[0].derivedAt}); }
+    /// Of a node of this kind, 1 to 12, that is made now.
+    NodeState GetNewState(NodeType type) const noexcept { return newStates_[type]; }
     /// From now on a node of the tree may have an own temporality other than TemporalityDefault and TemporalityPersistent.
     void NoteVaried() noexcept { isVaried_ = true; }
     /// From now on there may be nodes that name this tree and do not stand in it: an update must not touch them, so no new
@@ -51,18 +51,29 @@ public:
     static constexpr std::uint8_t kLastRound = 127;
 
 protected:
-    ChangeGuard() = default;
+    ChangeGuard() noexcept { SetRound(1); }
     ~ChangeGuard() = default;
 
-    std::int32_t changeCount_ = 0;
+    void SetRound(std::uint8_t round) noexcept {
+        for (int type = 0; type <= NodeTypeInteger64; ++type) {
+            newStates_[type].type = type;
+            newStates_[type].derivedAt = round;
+        }
+    }
+
+    /// True when something has changed since an update.
+    bool IsTemporalityStale() const noexcept { return changes_ != updatedAt_; }
+
+    std::uint64_t changes_ = 1;  // since the tree was made: one counter says how many and whether there were any
+    std::uint64_t countedFrom_ = 1;  // of them the host is told the later ones
+    std::uint64_t updatedAt_ = 0;  // what it was when the derived temporalities were brought up to date
     bool readOnly_ = false;
-    bool temporalityStale_ = true;
     bool temporalityUpdated_ = false;  // every derived temporality is what an update made it, unless stale
     bool isAllPersistent_ = false;  // what the update made it is TemporalityPersistent throughout
     bool isAllOnScale_ = false;  // own and derived temporalities were all TemporalityDefault to TemporalityTemporary
     bool isVaried_ = false;
     bool hasStrays_ = false;
-    std::uint8_t round_ = 1;
+    NodeState newStates_[NodeTypeInteger64 + 1];  // by kind
     std::uint32_t emptyComposites_ = 0;  // at least
 
 private:

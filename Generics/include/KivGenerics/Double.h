@@ -42,6 +42,8 @@ private:
 
     explicit Double(ChangeGuard* tree) noexcept : Node(tree, StaticType) {}
     Double(ChangeGuard* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
+    Double(const Double& like, ChangeGuard* tree, Composite* parent, int index) noexcept
+        : Node(like, tree, parent, index) {}
 
     double value_ = 0.0;
 };

@@ -43,6 +43,8 @@ private:
 
     explicit GlobalID(ChangeGuard* tree) noexcept : Node(tree, StaticType) {}
     GlobalID(ChangeGuard* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
+    GlobalID(const GlobalID& like, ChangeGuard* tree, Composite* parent, int index) noexcept
+        : Node(like, tree, parent, index) {}
 
     GUID value_{};
 };

@@ -42,6 +42,8 @@ private:
 
     explicit Integer(ChangeGuard* tree) noexcept : Node(tree, StaticType) {}
     Integer(ChangeGuard* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
+    Integer(const Integer& like, ChangeGuard* tree, Composite* parent, int index) noexcept
+        : Node(like, tree, parent, index) {}
 
     std::int32_t value_ = 0;
 };

@@ -43,6 +43,8 @@ private:
 
     explicit Integer64(ChangeGuard* tree) noexcept : Node(tree, StaticType) {}
     Integer64(ChangeGuard* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
+    Integer64(const Integer64& like, ChangeGuard* tree, Composite* parent, int index) noexcept
+        : Node(like, tree, parent, index) {}
 
     std::int64_t value_ = 0;
 };

@@ -51,12 +51,11 @@ public:
     template <class T>
     T* NewNode(int index, SemanticTag tag = SemanticTagNone) {
         if constexpr (NodeSource::IsPlain<T>) {
-            if (HasRoom(index)) {
-                T* const node = GetSource().template Create<T>(this, index);
-                if (node != nullptr) {
-                    Put(index, node);
-                    node->MakePersistent();
-                }
+            NodeSource& source = GetSource();
+            if (HasRoom(index) && source.CanCreateNext<T>()) {
+                T* const node = source.CreateNext<T>(this, index, 2);  // being made, and its temporality
+                Put(index, node);
+                node->state_.temporality = TemporalityPersistent;
                 return node;
             }
         }
@@ -120,7 +119,7 @@ private:
         const Overflow* const overflow = GetOverflow();
         return overflow != nullptr && index <= kGreatestIndex && overflow->CanAppend(index);
     }
-    void Put(int index, Node* child) noexcept {
+    [[gnu::always_inline]] void Put(int index, Node* child) noexcept {
         NoteChild();
         if (static_cast<unsigned>(index) < slotCount_) {
             const_cast<Node**>(GetSlots())[index] = child;

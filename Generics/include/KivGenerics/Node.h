@@ -10,9 +10,9 @@
 #include <KivGenerics/Export.h>
 #include <KivGenerics/Forward.h>
 #include <KivGenerics/NodeSource.h>
+#include <KivGenerics/NodeState.h>
 #include <KivGenerics/NodeType.h>
 #include <KivGenerics/SemanticTag.h>
-#include <KivGenerics/SmallNumber.h>
 #include <KivGenerics/Temporality.h>
 #include <KivGenerics/VisitCode.h>
 
@@ -30,13 +30,7 @@ public:
     // kept-on-purpose: copies-name-the-source
     // A copy is a free-standing duplicate: it names the source's tree, parent and index, but no parent knows it.
     Node(const Node& other) noexcept
-        : tree_(other.tree_),
-          type_(other.type_),
-          temporality_(other.temporality_),
-          derivedTemporality_(other.derivedTemporality_),
-          derivedAt_(other.derivedAt_),
-          index_(other.index_),
-          parent_(other.parent_) {
+        : tree_(other.tree_), state_(other.state_), index_(other.index_), parent_(other.parent_) {
         tree_->NoteStray();
     }
     Node& operator=(const Node& other) noexcept {
@@ -46,10 +40,7 @@ public:
             other.tree_->NoteOwnDerived();
             other.tree_->NoteStray();
             tree_ = other.tree_;
-            type_ = other.type_;
-            temporality_ = other.temporality_;
-            derivedTemporality_ = other.derivedTemporality_;
-            derivedAt_ = other.derivedAt_;
+            state_ = other.state_;
             index_ = other.index_;
             parent_ = other.parent_;
         }
@@ -127,17 +118,17 @@ private:
     virtual void SetDerivedTemporality(EnumOrvGenericsTemporality t);
 
 public:
-    NodeType GetType() const noexcept { return static_cast<NodeType>(int{type_}); }
+    NodeType GetType() const noexcept { return static_cast<NodeType>(int{state_.type}); }
     /// The position in the parent; -1 for a node without one.
     int GetIndex() const noexcept { return index_; }
     /// The node's own setting.
     EnumOrvGenericsTemporality GetTemporality() const noexcept {
-        return static_cast<EnumOrvGenericsTemporality>(int{temporality_});
+        return static_cast<EnumOrvGenericsTemporality>(int{state_.temporality});
     }
     /// Stores what it is given; a value outside 0..4 hides the node from every walk.
     void SetTemporality(EnumOrvGenericsTemporality t) {
         CheckReadOnly();
-        temporality_ = t;
+        state_.temporality = t;
         StoreDerived(TemporalityDefault);
         if (t != TemporalityPersistent) {
             tree_->NoteVaried();
@@ -152,7 +143,10 @@ public:
 protected:
     Node(ChangeGuard* tree, NodeType type) noexcept : Node(tree, nullptr, -1, type) {}
     Node(ChangeGuard* tree, Composite* parent, int index, NodeType type) noexcept
-        : tree_(tree), type_(type), derivedAt_(tree->GetRound()), index_(index), parent_(parent) {}
+        : tree_(tree), state_(tree->GetNewState(type)), index_(index), parent_(parent) {}
+    /// A leaf of the kind, the temporality and the tree of `like`, for another place.
+    Node(const Node& like, ChangeGuard* tree, Composite* parent, int index) noexcept
+        : tree_(tree), state_(like.state_), index_(index), parent_(parent) {}
     // Nodes are never destroyed through a base: their memory goes with the forest.
     ~Node() = default;
 
@@ -168,7 +162,7 @@ protected:
     }
     /// A child is about to be placed in this composite.
     void NoteChild() noexcept {
-        if ((derivedAt_ & kEmptyBit) != 0) {
+        if ((state_.derivedAt & kEmptyBit) != 0) {
             NoteFirstChild();
         }
     }
@@ -195,24 +189,24 @@ private:
     template <int N>
     friend class MapImpl;
 
-    // derivedAt_ is the round that derivedTemporality_ was stored in, or kFrozen: then it stays whatever the round. With
+    // state_.derivedAt is the round that state_.derived was stored in, or kFrozen: then it stays whatever the round. With
     // kEmptyBit the node is a composite that the tree counts as empty.
     static constexpr int kEmptyBit = 0x80;
     static constexpr int kFrozen = 0;
 
-    int GetDerivedRound() const noexcept { return derivedAt_ & ~kEmptyBit & 0xFF; }
+    int GetDerivedRound() const noexcept { return state_.derivedAt & ~kEmptyBit & 0xFF; }
     bool IsDerivedAsStored() const noexcept {
         const int round = GetDerivedRound();
         return round == tree_->GetRound() || round == kFrozen;
     }
     EnumOrvGenericsTemporality StoredDerived() const noexcept {
-        return IsDerivedAsStored() ? static_cast<EnumOrvGenericsTemporality>(int{derivedTemporality_})
+        return IsDerivedAsStored() ? static_cast<EnumOrvGenericsTemporality>(int{state_.derived})
                                    : TemporalityPersistent;
     }
     void StoreDerived(EnumOrvGenericsTemporality t) noexcept {
-        derivedTemporality_ = t;
+        state_.derived = t;
         if (GetDerivedRound() != kFrozen) {
-            derivedAt_ = (derivedAt_ & kEmptyBit) | tree_->GetRound();
+            state_.derivedAt = (state_.derivedAt & kEmptyBit) | tree_->GetRound();
         }
     }
     // Whoever keeps a root that its tree has dropped may fill it again: what comes below it must not take part in the rounds.
@@ -220,7 +214,7 @@ private:
         if (GetDerivedRound() == kFrozen) {
             tree_->NoteStray();
         } else {
-            derivedAt_ = derivedAt_ & ~kEmptyBit;
+            state_.derivedAt = state_.derivedAt & ~kEmptyBit;
             tree_->UncountEmpty();
         }
     }
@@ -228,14 +222,14 @@ private:
     void GenerateKey(std::vector<int>& path) const;
     void GenerateSemanticTagKey(std::vector<int>& path) const;
     void CheckPopulate(const Node* source) const;
-    void TakeTemporality(const Node& source) noexcept { TakeTemporality(source.temporality_); }
+    void TakeTemporality(const Node& source) noexcept { TakeTemporality(source.state_.temporality); }
     void TakeTemporality(int t) noexcept {
         StoreDerived(TemporalityDefault);
         TakeWhenNew(t);
     }
     /// The same for a node whose derived temporality has not been calculated.
     void TakeWhenNew(int t) noexcept {
-        temporality_ = t;
+        state_.temporality = t;
         if (t != TemporalityPersistent) {
             NoteTaken(t);
         }
@@ -243,7 +237,7 @@ private:
     /// SetTemporality(TemporalityPersistent) for a node whose derived temporality has not been calculated.
     void MakePersistent() {
         CheckReadOnly();
-        temporality_ = TemporalityPersistent;
+        state_.temporality = TemporalityPersistent;
     }
     /// What the tree must know of an own temporality other than TemporalityPersistent.
     void NoteTaken(int t) noexcept {
@@ -255,8 +249,8 @@ private:
     }
     /// This composite, of TemporalityDefault, may be without children.
     void NoteEmpty() noexcept {
-        if ((derivedAt_ & kEmptyBit) == 0) {
-            derivedAt_ = derivedAt_ | kEmptyBit;
+        if ((state_.derivedAt & kEmptyBit) == 0) {
+            state_.derivedAt = state_.derivedAt | kEmptyBit;
             tree_->CountEmpty();
         }
     }
@@ -264,10 +258,7 @@ private:
     void SetParent(Composite* parent) noexcept { parent_ = parent; }
 
     ChangeGuard* tree_;  // of the tree: TreeImpl is the only class that has one
-    SmallNumber type_;
-    SmallNumber temporality_ = TemporalityDefault;
-    SmallNumber derivedTemporality_ = TemporalityDefault;
-    SmallNumber derivedAt_;
+    NodeState state_;
     std::int32_t index_ = -1;
     Composite* parent_ = nullptr;
 };

@@ -32,6 +32,19 @@ public:
         return memory != nullptr ? ::new (memory) T(this, parent, index) : nullptr;
     }
 
+    /// True when CreateNext may make a T: the tree is not read-only, none waits to be reused, and the buffer has room.
+    template <class T>
+    bool CanCreateNext() const noexcept {
+        return !readOnly_ && waiting_[T::StaticType - 1] == nullptr && buffer_->template CanTake<T>();
+    }
+    /// Create after CanCreateNext: nothing can fail, and nothing is called, so that whoever makes nodes keeps nothing on the
+    /// stack. Counts `changes` changes.
+    template <class T>
+    T* CreateNext(Composite* parent, int index, std::uint32_t changes) noexcept {
+        CountMore(changes);
+        return ::new (buffer_->template TakeNext<T>()) T(this, parent, index);
+    }
+
 protected:
     NodeSource() = default;
     ~NodeSource() = default;

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 #include <vector>
 
 #include <KivBase/Allocator.h>
+#include <KivBase/Unreachable.h>
 #include <KivGenerics/Composite.h>
 
 namespace KivGenerics {
@@ -78,14 +80,16 @@ public:
     template <class T>
     T* Add(SemanticTag tag = SemanticTagNone) {
         if constexpr (NodeSource::IsPlain<T>) {
-            CheckKind(T::StaticType);
-            NeedRoom();
-            T* const node = GetSource().template Create<T>(this, static_cast<int>(children_.size()));
-            if (node != nullptr) {
+            NodeSource& source = GetSource();
+            if (children_.size() != children_.capacity() && TakesKind(T::StaticType) && source.CanCreateNext<T>()) {
+                T* const node = source.CreateNext<T>(this, static_cast<int>(children_.size()), 1);
                 NoteChild();
-                children_.push_back(node);
+                Append(node);
+                return node;
             }
-            return node;
+        }
+        if constexpr (std::is_same_v<T, Vector>) {
+            return AddVector();
         } else {
             return static_cast<T*>(Add(T::StaticType, tag));
         }
@@ -112,10 +116,11 @@ private:
     void CheckIndex(int index) const;
     /// Throws Exception when child 0 is of another kind.
     void CheckKind(NodeType type) const {
-        if (!children_.empty() && children_.front()->GetType() != type) {
+        if (!TakesKind(type)) {
             RefuseKind();
         }
     }
+    bool TakesKind(NodeType type) const noexcept { return children_.empty() || children_.front()->GetType() == type; }
     [[noreturn]] static void RefuseKind();
     void NeedRoom() {
         if (children_.size() == children_.capacity()) {
@@ -123,6 +128,14 @@ private:
         }
     }
     void MakeRoom();
+    /// Places a child behind the others, after NeedRoom.
+    void Append(Node* node) {
+        if (children_.size() == children_.capacity()) {
+            KivBase::Unreachable();
+        }
+        children_.push_back(node);
+    }
+    Vector* AddVector();
     void hInsertNode(int index, Node* node);
     void Renumber(std::size_t from) noexcept;
     void CopyChildren(Vector* source, const Node* forbidden);

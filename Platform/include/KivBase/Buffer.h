@@ -33,10 +33,17 @@ public:
     /// Allocate for one T that never comes back, inlined where the buffer shows its free memory.
     template <class T>
     void* Take() {
+        return CanTake<T>() ? TakeNext<T>() : Allocate(sizeof(T), alignof(T));
+    }
+    /// True when Take gives the next T by itself.
+    template <class T>
+    bool CanTake() const noexcept {
+        return static_cast<std::size_t>(end_ - cursor_) >= GetTakenSize<T>();
+    }
+    /// Take after CanTake: nothing can fail, and nothing is called.
+    template <class T>
+    void* TakeNext() noexcept {
         char* const taken = cursor_;
-        if (static_cast<std::size_t>(end_ - taken) < GetTakenSize<T>()) {
-            return Allocate(sizeof(T), alignof(T));
-        }
         cursor_ = taken + GetTakenSize<T>();
         PrefetchForWriting(taken);
         return taken;
