@@ -44,6 +44,22 @@ bool IsQuickWhereFilled(const std::function<void(T& composite, T& other)>& fill)
 
 }  // namespace
 
+TEST(QuickUpdateTest, CountingChangesAnewHidesNoneFromTheUpdate) {
+    const auto tree = NewTree();
+    auto* const root = static_cast<Vector*>(tree->NewRoot(NodeTypeVector));
+    auto* const leaf = root->Add<Integer>();
+    tree->UpdateDerivedTemporality();
+    leaf->SetTemporality(TemporalityTransient);
+    tree->ResetChangeCount();
+    tree->UpdateDerivedTemporality();
+    EXPECT_FALSE(root->ShouldVisit(TemporalityPersistent));
+
+    const int round = GetRound(*tree);
+    tree->UpdateDerivedTemporality();
+    EXPECT_EQ(round, GetRound(*tree));
+    EXPECT_EQ(0, tree->GetChangeCount());
+}
+
 TEST(QuickUpdateTest, AnEmptyElementIsNotPersistent) {
     EXPECT_FALSE(IsQuickWhereFilled<Vector>([](Vector&, Vector&) {}));
     EXPECT_FALSE(IsQuickWhereFilled<Map>([](Map&, Map&) {}));
