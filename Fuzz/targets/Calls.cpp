@@ -122,8 +122,15 @@ std::int32_t MisuseWriter(MemoryWriteStream& stream, std::uint8_t choice) {
     return stream.GetError().code;
 }
 
+/// Takes what is complete, as often as a host likes: one behind the other it is the whole.
+void Take(MemoryWriteStream& stream, Bytes& taken) {
+    const KivStorage::SavedBytes part = stream.TakeBytes();
+    taken.insert(taken.end(), part.begin(), part.end());
+    Require(stream.GetBytes().empty(), "What was taken is there still.");
+}
+
 /// The items that were taken. The bytes up to 0xFF say what is written; where nothing is misused the data are finished.
-std::vector<Item> Write(MemoryWriteStream& stream, Input& input) {
+std::vector<Item> Write(MemoryWriteStream& stream, Input& input, Bytes& taken) {
     std::vector<Item> items;
     FirstError error;
     std::uint64_t open = 0;
@@ -131,6 +138,10 @@ std::vector<Item> Write(MemoryWriteStream& stream, Input& input) {
         const std::uint8_t choice = input.TakeByte();
         if (choice == 0xFF) {
             break;
+        }
+        if (choice == 0xFE) {
+            Take(stream, taken);
+            continue;
         }
         if (choice >= 0xF0) {
             error.Check(MisuseWriter(stream, input.TakeByte()));
@@ -150,6 +161,7 @@ std::vector<Item> Write(MemoryWriteStream& stream, Input& input) {
         items.emplace_back();
     }
     stream.Finish();
+    Take(stream, taken);
     return items;
 }
 
@@ -189,7 +201,7 @@ bool IsReadBack(MemoryReadStream& stream, const Item& item) {
     return false;
 }
 
-void ReadBack(const KivStorage::SavedBytes& bytes, const std::vector<Item>& items) {
+void ReadBack(const Bytes& bytes, const std::vector<Item>& items) {
     KivStorage::ReadLimits limits;
     limits.nesting = 0xFFFFFFF0;
     limits.stringUnits = 0xFFFFFFFF;
@@ -244,8 +256,7 @@ std::int32_t Get(MemoryReadStream& stream, Kind kind) {
     return 0;
 }
 
-template <class Saved>
-void ReadAnyhow(const Saved& bytes, Input& input) {
+void ReadAnyhow(const Bytes& bytes, Input& input) {
     const auto stream = MemoryReadStream::Create(bytes.data(), bytes.size());
     FirstError error;
     while (!input.IsEmpty()) {
@@ -335,11 +346,12 @@ void RunCalls(const std::uint8_t* bytes, std::size_t count) {
         return;
     }
     const auto out = MemoryWriteStream::Create();
-    const std::vector<Item> items = Write(*out, input);
+    Bytes written;
+    const std::vector<Item> items = Write(*out, input, written);
     if (out->GetError().Ok()) {
-        ReadBack(out->GetBytes(), items);
+        ReadBack(written, items);
     }
-    ReadAnyhow(out->GetBytes(), input);
+    ReadAnyhow(written, input);
 }
 
 }  // namespace KivFuzz
