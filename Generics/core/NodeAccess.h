@@ -40,6 +40,11 @@ struct NodeAccess {
         return vector.children_;
     }
 
+    /// Places a child behind the others of a vector that has room for it.
+    template <class List>
+    static void AppendInRoom(List& vector, Node* child) noexcept {
+        vector.Append(child);
+    }
     /// A new child of a kind known when compiling, behind the others of a vector: of their kind, or they are none. Null where
     /// a host's buffer answers null.
     template <class T, class List>

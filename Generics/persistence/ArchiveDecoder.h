@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 #include <KivGenerics/NodeType.h>
 #include <KivGenerics/SemanticTag.h>
@@ -10,6 +9,8 @@
 
 #include "persistence/COrvReadBlockArchive.h"
 #include "persistence/Encoding.h"
+#include "persistence/PackedBytes.h"
+#include "persistence/SlotKeys.h"
 
 namespace KivGenerics {
 
@@ -38,14 +39,6 @@ struct LeafKind {
     NodeType type;
     EnumOrvGenericsTemporality temporality;
     int extraWords;  ///< 32-bit words to skip where the type is unknown
-};
-
-/// One child of a map as its header names it.
-struct SlotKey {
-    SlotKey(std::int32_t childIndex, std::uint32_t code) noexcept : index(childIndex), typeCode(code) {}
-
-    std::int32_t index;
-    std::uint32_t typeCode;  ///< type byte, or type byte and extra words; 0 for an object
 };
 
 /// Takes numbers back out of the 32-bit words that BytePacker wrote, and carries the state of one load.
@@ -78,28 +71,13 @@ public:
     std::int32_t EndReadObject() { return own_ != nullptr ? own_->EndReadObject() : archive_->EndReadObject(); }
 
     /// The next `count` bytes, 1 to 4, as a number. 0 where a word cannot be read; nothing is taken then.
-    std::uint32_t GetBytes(int count) {
-        if (!NeedBytes(count)) {
-            return 0;
-        }
-        left_ -= count;
-        const std::uint64_t mask = (std::uint64_t{1} << (8 * count)) - 1;
-        return static_cast<std::uint32_t>(bytes_ >> (8 * left_) & mask);
-    }
-    /// GetBytes(1).
-    std::uint32_t GetByte() {
-        if (!NeedBytes(1)) {
-            return 0;
-        }
-        --left_;
-        return static_cast<std::uint8_t>(bytes_ >> (8 * left_));
-    }
+    std::uint32_t GetBytes(int count) { return NeedBytes(count) ? packed_.Take(count) : 0; }
     /// The next byte, which stays untaken.
-    std::uint32_t PeekByte() {
-        return NeedBytes(1) ? static_cast<std::uint32_t>(bytes_ >> (8 * (left_ - 1)) & 0xFF) : 0;
-    }
+    std::uint32_t PeekByte() { return NeedBytes(1) ? packed_.Peek() : 0; }
     /// Drops what is left of the current word.
-    void Realign() noexcept { left_ = 0; }
+    void Realign() noexcept { packed_.Clear(); }
+    /// What waits to be taken of the words read so far: who takes it realigns the decoder afterwards.
+    PackedBytes GetPackedBytes() const noexcept { return packed_; }
 
     /// A map's semantic tag. Only valid when GetStatus is not negative afterwards.
     SemanticTag GetSemanticTag();
@@ -127,45 +105,28 @@ public:
         ArchiveDecoder& decoder_;
     };
 
-    /// The keys of one map being read, as long as it lives; those of a map inside it stand behind them. All keys of a load
-    /// share one array, so that maps do not need one each.
-    class Keys {
-    public:
-        explicit Keys(ArchiveDecoder& decoder) noexcept : keys_(decoder.keys_), first_(keys_.size()) {}
-        ~Keys() { keys_.erase(keys_.begin() + static_cast<std::ptrdiff_t>(first_), keys_.end()); }
-        Keys(const Keys&) = delete;
-        Keys& operator=(const Keys&) = delete;
-        /// Throws std::bad_alloc.
-        void Add(const SlotKey& key) { keys_.emplace_back(key.index, key.typeCode); }
-        SlotKey Get(std::size_t i) const noexcept { return keys_[first_ + i]; }
-
-    private:
-        std::vector<SlotKey>& keys_;
-        const std::size_t first_;
-    };
+    SlotKeyRoom& GetKeyRoom() noexcept { return keys_; }
 
 private:
     /// Reads a word unless so many bytes wait already. False, with the state as it was, where that fails.
     bool NeedBytes(int count) {
-        if (left_ < count) {
+        if (packed_.GetCount() < count) {
             std::int32_t word = 0;
             status_ = ReadLong(&word);
             if (status_ < 0) {
                 return false;
             }
-            bytes_ = bytes_ << 32 | static_cast<std::uint32_t>(word);
-            left_ += 4;
+            packed_.Add(word);
         }
         return true;
     }
 
     std::int32_t status_ = 0;
-    std::int32_t left_ = 0;  // bytes not yet taken, 0 to 7
-    std::uint64_t bytes_ = 0;  // the last of them lowest; above them stands what was taken before
+    PackedBytes packed_;
     KivCOMShared::COrvReadArchive* archive_;
     COrvReadBlockArchive* own_ = nullptr;  // the same, where it is the library's
     int depth_ = 0;
-    std::vector<SlotKey> keys_;
+    SlotKeyRoom keys_;
 };
 
 }  // namespace KivGenerics

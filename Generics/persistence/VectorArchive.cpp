@@ -62,7 +62,7 @@ bool MayAppend(const Vector& vector, NodeType type) {
     return vector.IsEmpty() || vector.GetNV(0)->GetType() == type;
 }
 
-/// Reads leaves into the room that the vector and the present block have, at most `count`, which is less by those made then.
+/// Reads leaves into the room that the vector and the present block have, at most `count`, which is less by them then.
 template <class Leaf>
 std::int32_t ReadRun(Vector& vector, ArchiveDecoder& decoder, std::uint32_t& count,
                      EnumOrvGenericsTemporality temporality) {
@@ -77,14 +77,17 @@ std::int32_t ReadRun(Vector& vector, ArchiveDecoder& decoder, std::uint32_t& cou
     NodeAccess::NoteTemporalityOfNew(vector, temporality);
     LeafRun<Leaf> run(tree, &vector, most, temporality, kChanges);
     const ValueReader reader(decoder);
-    std::int32_t result = ResultSuccess;
-    for (std::size_t i = 0; result >= 0 && i < most; ++i) {
-        Leaf* const leaf = run.Make(static_cast<int>(elements.size()));
-        elements.push_back(leaf);
-        result = ReadValue(*leaf, reader);
-        --count;
+    count -= static_cast<std::uint32_t>(most);
+    auto index = static_cast<int>(elements.size());
+    for (const int end = index + static_cast<int>(most); index != end; ++index) {
+        Leaf* const leaf = run.Make(index);
+        NodeAccess::AppendInRoom(vector, leaf);
+        const std::int32_t result = ReadValue(*leaf, reader);
+        if (result < 0) {
+            return result;
+        }
     }
-    return result;
+    return ResultSuccess;
 }
 
 /// Reads leaves of one class into a vector that holds nothing else. They are appended as they come: the count only counts.
