@@ -99,7 +99,7 @@ std::int32_t ReadLeaves(Vector& vector, ArchiveDecoder& decoder, std::uint32_t c
         result = ReadNew(NodeAccess::Append<Leaf>(vector), temporality, decoder, false);
         --count;
         if constexpr (TreeImpl::IsPlain<Leaf>) {
-            constexpr std::uint32_t kShortestRun = 8;  // fewer are read one by one
+            constexpr std::uint32_t kShortestRun = 3;  // fewer are read one by one
             const bool isRun = result >= 0 && count >= kShortestRun;
             result = isRun ? ReadRun<Leaf>(vector, decoder, count, temporality) : result;
         }

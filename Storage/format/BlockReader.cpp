@@ -11,10 +11,16 @@
 namespace KivStorage {
 
 BlockReader::BlockReader(ByteSource& source, std::uint64_t maxBytes)
-    : source_(source), maxBytes_(maxBytes), block_(new std::uint8_t[kBlockSize]), next_(Payload()), end_(Payload()) {}
+    : source_(source),
+      maxBytes_(maxBytes),
+      block_(new std::uint8_t[kBlockSize]),
+      start_(block_.get()),
+      next_(Payload()),
+      end_(Payload()) {}
 
-/// Stands at the beginning of a block of so many bytes.
-void BlockReader::Enter(std::size_t size) noexcept {
+/// Stands at the beginning of a block of so many bytes, which stands there itself.
+void BlockReader::Enter(const std::uint8_t* start, std::size_t size) noexcept {
+    start_ = start;
     size_ = size;
     next_ = Payload();
     Show();
@@ -35,6 +41,22 @@ Result BlockReader::Fill(std::uint8_t* to, std::size_t count) {
     }
     taken_ += got;
     return got == count ? Result{} : Fault(StorageTruncated);
+}
+
+/// The next bytes of the block, behind the `at` that have come: where the source lends them, else copied.
+Result BlockReader::FillBlock(std::size_t at, std::size_t count) {
+    const bool mayRead = count <= maxBytes_ - taken_;
+    const bool isLent = at == 0 || start_ != block_.get();
+    if (const std::uint8_t* const lent = mayRead && isLent ? source_.Lend(count) : nullptr) {
+        Enter(lent - at, 0);
+        taken_ += count;
+        return {};
+    }
+    if (at > 0 && isLent) {
+        std::memcpy(block_.get(), start_, at);
+    }
+    Enter(block_.get(), 0);
+    return Fill(block_.get() + at, count);
 }
 
 Result BlockReader::ReadHeader() {
@@ -67,29 +89,29 @@ Result BlockReader::LoadBlock() {
             return result;
         }
     }
-    Enter(0);
+    Enter(start_, 0);
     blockStart_ = taken_;
-    if (Result result = Fill(block_.get(), kLengthSize); !result.Ok()) {
+    if (Result result = FillBlock(0, kLengthSize); !result.Ok()) {
         return result;
     }
-    const std::uint32_t length = GetLittle32(block_.get());
+    const std::uint32_t length = GetLittle32(start_);
     if (length == 0) {
         return ReadTrailer();
     }
     if (length > kMaxPayload) {
         return Fault(StorageBlockLength);
     }
-    if (Result result = Fill(block_.get() + kLengthSize, length + kChecksumSize); !result.Ok()) {
+    if (Result result = FillBlock(kLengthSize, length + kChecksumSize); !result.Ok()) {
         return result;
     }
-    const std::uint64_t checksum = Checksum(block_.get(), kLengthSize + length, blocks_ + 1);
+    const std::uint64_t checksum = Checksum(start_, kLengthSize + length, blocks_ + 1);
     if (checksum != GetLittle64(Payload() + length)) {
         return Fault(StorageBlockDamaged);
     }
     chain_ = ChainChecksum(chain_, checksum);
     blocks_ += 1;
     itemBytes_ += length;
-    Enter(length);
+    Enter(start_, length);
     return {};
 }
 

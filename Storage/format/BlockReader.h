@@ -56,10 +56,11 @@ public:
     std::string GetPlace() const;
 
 private:
-    const std::uint8_t* Payload() const noexcept { return block_.get() + kLengthSize; }
+    const std::uint8_t* Payload() const noexcept { return start_ + kLengthSize; }
     std::size_t GetLeft() const noexcept { return size_ - static_cast<std::size_t>(next_ - Payload()); }
-    void Enter(std::size_t size) noexcept;
+    void Enter(const std::uint8_t* start, std::size_t size) noexcept;
     Result Fill(std::uint8_t* to, std::size_t count);
+    Result FillBlock(std::size_t at, std::size_t count);
     Result Fault(std::int32_t code) const;
     Result ReadHeader();
     Result LoadBlock();
@@ -69,7 +70,8 @@ private:
 
     ByteSource& source_;
     const std::uint64_t maxBytes_;
-    std::unique_ptr<std::uint8_t[]> block_;
+    std::unique_ptr<std::uint8_t[]> block_;  // for one that the source does not lend
+    const std::uint8_t* start_;  // of the present block, in block_ or where the source has it
     std::size_t size_ = 0;  // of the payload in the present block
     const std::uint8_t* next_;  // position in it
     const std::uint8_t* end_;  // where Take ends: behind the payload, or at next_

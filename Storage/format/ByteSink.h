@@ -32,6 +32,9 @@ public:
     virtual ~ByteSource() = default;
     /// Fewer than asked for, in `got`, at the end only.
     virtual Result Read(std::uint8_t* bytes, std::size_t count, std::size_t& got) = 0;
+    /// Reads the next `count` bytes where they stand in the source's own memory, as long as it lives: they need not be copied. What
+    /// it lends next stands right behind them. Null, and nothing is read, where it has none or fewer.
+    virtual const std::uint8_t* Lend(std::size_t) { return nullptr; }
     /// How many bytes there are in all, as far as known.
     virtual std::uint64_t GetSize() const = 0;
     /// How messages name the place: `file "name"`.

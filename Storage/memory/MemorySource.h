@@ -23,6 +23,14 @@ public:
         }
         return {};
     }
+    const std::uint8_t* Lend(std::size_t count) override {
+        if (count > count_ - next_) {
+            return nullptr;
+        }
+        const std::uint8_t* const place = bytes_ + next_;
+        next_ += count;
+        return place;
+    }
     std::uint64_t GetSize() const override { return count_; }
     std::string GetPlace() const override { return "memory"; }
 

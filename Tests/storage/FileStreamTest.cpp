@@ -1,5 +1,10 @@
+#include <algorithm>
+#include <string>
+#include <utility>
+
 #include <KivStorage/FileReadStream.h>
 #include <KivStorage/FileWriteStream.h>
+#include <KivStorage/MemoryReadStream.h>
 #include <KivStorage/MemoryWriteStream.h>
 #include <gtest/gtest.h>
 
@@ -46,6 +51,42 @@ TEST(FileStreamTest, AFileHoldsWhatMemoryWouldHold) {
         ASSERT_EQ(i, value);
     }
     EXPECT_EQ("", in->Finish().sentence);
+}
+
+/// Reads longs as long as they come, then to the end; the last error's code, and how far it came.
+template <class Stream>
+std::pair<std::int32_t, std::string> ReadAll(Stream& stream) {
+    std::int32_t value = 0;
+    int read = 0;
+    while (stream.GetLong(&value) == 0) {
+        EXPECT_EQ(read, value);
+        ++read;
+    }
+    stream.Finish();
+    const std::string place = stream.GetPlace();
+    return {stream.GetError().code, std::to_string(read) + place.substr((std::min)(place.find(','), place.size()))};
+}
+
+// Memory is read where it stands, a file into a block of the stream's own.
+TEST(FileStreamTest, AFileAndMemoryAnswerAlikeWhereverTheyAreCutOff) {
+    const auto memory = MemoryWriteStream::Create();
+    for (std::int32_t i = 0; i < 14000; ++i) {
+        memory->PutLong(i);
+    }
+    ASSERT_TRUE(memory->Finish().Ok());
+    const Bytes whole = memory->GetBytes().ToVector();
+    const std::size_t secondBlock = 24 + 65536;
+    const Folder folder;
+    for (const std::size_t border : {std::size_t{0}, std::size_t{24}, secondBlock, whole.size() - 44}) {
+        for (std::size_t cut = border > 10 ? border - 10 : 0; cut < border + 10; ++cut) {
+            const Bytes bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(cut));
+            WriteFile(folder / "cut", bytes);
+            const auto fromFile = FileReadStream::Create(folder / "cut");
+            const auto fromMemory = MemoryReadStream::Create(bytes.data(), bytes.size());
+            EXPECT_EQ(ReadAll(*fromFile), ReadAll(*fromMemory)) << cut;
+            EXPECT_EQ(StorageTruncated, fromMemory->GetError().code) << cut;
+        }
+    }
 }
 
 TEST(FileStreamTest, TheOldFileStandsUntilCommitAndNoTemporaryIsLeftAfterwards) {
