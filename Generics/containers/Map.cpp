@@ -13,6 +13,18 @@ void Map::CheckIndex(int index) {
     }
 }
 
+Node* Map::NewInRoom(int index, NodeType type, SemanticTag tag) {
+    TreeImpl& tree = *NodeAccess::GetTree(*this);
+    Node* const node = tree.CreateNode(type, this, index, tag);
+    if (node != nullptr) {
+        Put(index, node);
+        tree.CountMore(1);
+        NodeAccess::SetTemporalityOfNew(*node, TemporalityPersistent);
+        NodeAccess::ForgetEmpty(*node);
+    }
+    return node;
+}
+
 Node* Map::GetFromOverflow(int index) const noexcept {
     const Overflow* const overflow = GetOverflow();
     if (overflow == nullptr) {

@@ -60,6 +60,30 @@ void Displace(Node* old, Node* node, NodeType type, bool keepOld, TreeImpl& tree
     }
 }
 
+/// NewNode where something stands at `index`, or where its place needs memory.
+Node* NewMakingRoom(const MapChildren& children, int index, NodeType type, bool keepOld, SemanticTag tag,
+                    std::size_t expected) {
+    TreeImpl& tree = TreeOf(children);
+    Node* const node = tree.CreateNode(type, &children.map, index, tag);
+    if (node == nullptr) {
+        return nullptr;
+    }
+    try {
+        Node*& place = NeedPlace(children, index, expected);
+        if (place != nullptr) {
+            Displace(place, node, type, keepOld, tree);
+        }
+        NodeAccess::NoteChild(children.map);
+        place = node;
+    } catch (const std::bad_alloc&) {
+        tree.ReleaseNode(node);
+        throw;
+    }
+    node->SetTemporality(TemporalityPersistent);
+    NodeAccess::ForgetEmpty(*node);
+    return node;
+}
+
 }  // namespace
 
 int GetMapSize(const MapChildren& children, EnumOrvGenericsTemporality t) {
@@ -89,32 +113,8 @@ Node* GetNthInMap(const MapChildren& children, int n) {
 
 Node* NewNodeInMap(const MapChildren& children, int index, NodeType type, bool keepOld, SemanticTag tag,
                    std::size_t expected) {
-    TreeImpl& tree = TreeOf(children);
-    const bool hasRoom = children.HasRoom(index);
-    Node* const node = tree.CreateNode(type, &children.map, index, tag);
-    if (node == nullptr) {
-        return nullptr;
-    }
-    if (hasRoom) {
-        children.Put(index, node);
-        NodeAccess::MakePersistent(*node);
-        NodeAccess::ForgetEmpty(*node);
-        return node;
-    }
-    try {
-        Node*& place = NeedPlace(children, index, expected);
-        if (place != nullptr) {
-            Displace(place, node, type, keepOld, tree);
-        }
-        NodeAccess::NoteChild(children.map);
-        place = node;
-    } catch (const std::bad_alloc&) {
-        tree.ReleaseNode(node);
-        throw;
-    }
-    node->SetTemporality(TemporalityPersistent);
-    NodeAccess::ForgetEmpty(*node);
-    return node;
+    return children.HasRoom(index) ? children.NewInRoom(index, type, tag)
+                                   : NewMakingRoom(children, index, type, keepOld, tag, expected);
 }
 
 // The place is made before the node leaves its old one, so that a failure loses nothing.

@@ -52,10 +52,7 @@ Node* ForestImpl::Pop(Node*& head) noexcept {
 }
 
 // A reused map may have more slots than its tag asks for, never fewer: it keeps working with its own number.
-Node* ForestImpl::TakeReusableMap(SemanticTag tag) noexcept {
-    if (!mapsWait_) {
-        return nullptr;
-    }
+Node* ForestImpl::FindReusableMap(SemanticTag tag) noexcept {
     // kept-on-purpose: slot-counts-above-16
     const int slots = GetSlotCountForSemanticTag(tag);
     if (slots < 1 || slots > kSlotCounts) {

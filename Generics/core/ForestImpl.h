@@ -28,7 +28,7 @@ public:
     explicit ForestImpl(EnumOrvObjectType type);
 
     /// A waiting map that can serve as a new one of this tag, taken off its list; null when there is none.
-    Node* TakeReusableMap(SemanticTag tag) noexcept;
+    Node* TakeReusableMap(SemanticTag tag) noexcept { return mapsWait_ ? FindReusableMap(tag) : nullptr; }
     /// The nodes that wait, by kind - 1; the place of maps stays empty.
     Node* const* GetWaiting() const noexcept { return freeByType_; }
     /// Takes the node of this kind, which is not the map's, that waits.
@@ -43,6 +43,7 @@ private:
     static constexpr int kSlotCounts = 16;
 
     static Node* Pop(Node*& head) noexcept;
+    Node* FindReusableMap(SemanticTag tag) noexcept;
 
     KivSynch::AtomicLong refCount_;
     KivBase::Buffer* buffer_;

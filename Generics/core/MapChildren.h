@@ -31,6 +31,11 @@ struct MapChildren {
     /// Places a child at `index`, where HasRoom.
     void Put(int index, Node* child) const noexcept { NodeAccess::Put(map, index, child); }
 
+    /// A new child at `index`, where HasRoom, as NewNode makes it; null where a host's buffer answers null.
+    Node* NewInRoom(int index, NodeType type, SemanticTag tag) const {
+        return NodeAccess::NewInRoom(map, index, type, tag);
+    }
+
     /// Calls `use(child)` for every child in index order until it answers false; false then.
     template <class Use>
     bool ForEach(Use use) const {

@@ -190,6 +190,9 @@ struct NodeAccess {
     using MapOverflow = Map::Overflow;
     static bool HasRoom(const Map& map, int index) noexcept { return map.HasRoom(index); }
     static void Put(Map& map, int index, Node* child) noexcept { map.Put(index, child); }
+    static Node* NewInRoom(Map& map, int index, NodeType type, SemanticTag tag) {
+        return map.NewInRoom(index, type, tag);
+    }
 
     static VisitCode IterateInner(Node& node, Visitor* visitor, SemanticTag tag, int flags) {
         return node.IterateInner(visitor, tag, flags);

@@ -65,6 +65,20 @@ public:
                                                           : Construct<T>(parent, index);
         }
     }
+    /// Create, which counts one change, and `changes` - 1 more for what the caller does to the new node at once.
+    template <class T>
+    T* CreateChanged(Composite* parent, int index, std::uint32_t changes) {
+        if constexpr (IsPlain<T>) {
+            if (CanCreateNext<T>()) {
+                return CreateNext<T>(parent, index, changes);
+            }
+        }
+        T* const node = Create<T>(parent, index);
+        if (node != nullptr) {
+            CountMore(changes - 1);
+        }
+        return node;
+    }
     /// True when nodes of a plain kind come straight from the buffer: the tree is not read-only, and none waits to be reused.
     template <class T>
     bool MayTake() const noexcept {

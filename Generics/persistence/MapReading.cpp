@@ -19,29 +19,14 @@ std::int32_t ReadNewChild(const MapChildren& children, ArchiveDecoder& decoder, 
     });
 }
 
-/// A node of a kind known when compiling, which the caller places; null where there was no memory. Counts the changes of NewNode
-/// and of the temporality that was read.
-template <class T>
-T* MakeChild(Map& map, int index) {
-    constexpr std::uint32_t kChanges = 3;
-    TreeImpl& tree = *NodeAccess::GetTree(map);
-    if constexpr (TreeImpl::IsPlain<T>) {
-        if (tree.CanCreateNext<T>()) {
-            return tree.CreateNext<T>(&map, index, kChanges);
-        }
-    }
-    T* const node = tree.Create<T>(&map, index);
-    if (node != nullptr) {
-        tree.CountMore(kChanges - 1);
-    }
-    return node;
-}
+/// The changes of NewNode, and of the temporality that was read.
+constexpr std::uint32_t kChanges = 3;
 
 /// Makes a child of a kind known when compiling where there is room, as NewNode would, gives it its temporality and reads it.
 template <class T, class Reader>
 std::int32_t ReadIntoRoom(const MapChildren& children, int index, EnumOrvGenericsTemporality temporality,
                           Reader& reader) {
-    T* const node = MakeChild<T>(children.map, index);
+    T* const node = NodeAccess::GetTree(children.map)->CreateChanged<T>(&children.map, index, kChanges);
     if (node == nullptr) {
         return ResultOutOfMemory;
     }
@@ -89,7 +74,6 @@ template <class T>
     }
     const std::uint32_t code = next->typeCode;
     const EnumOrvGenericsTemporality temporality = DecodeTypeCode(code, 0).temporality;
-    constexpr std::uint32_t kChanges = 3;  // being made, and two temporalities
     NodeAccess::NoteTemporalityOfNew(children.map, temporality);
     LeafRun<T> run(tree, &children.map, most, temporality, kChanges);
     MapOverflow::AppendRun store(*children.overflow);
@@ -167,7 +151,7 @@ std::int32_t ReadLeafChild(const MapChildren& children, ArchiveDecoder& decoder,
 
 std::int32_t ReadVectorIntoRoom(const MapChildren& children, ArchiveDecoder& decoder, int index,
                                 const ObjectKind& kind) {
-    Vector* const vector = MakeChild<Vector>(children.map, index);
+    Vector* const vector = NodeAccess::GetTree(children.map)->CreateChanged<Vector>(&children.map, index, kChanges);
     if (vector == nullptr) {
         return ResultOutOfMemory;
     }

@@ -47,26 +47,12 @@ void FillLeaf(T& copy, T& source) noexcept {
     NodeAccess::GetValue(copy) = NodeAccess::GetValue(source);
 }
 
-/// NewNode where there is room for it.
-Node* MakeInRoom(TreeImpl& tree, const MapChildren& target, Node& source) {
-    const int index = source.GetIndex();
-    Node* const copy = tree.CreateNode(source.GetType(), &target.map, index, source.GetSemanticTag());
-    if (copy != nullptr) {
-        target.Put(index, copy);
-        tree.CountMore(1);
-        NodeAccess::SetTemporalityOfNew(*copy, TemporalityPersistent);
-        NodeAccess::ForgetEmpty(*copy);
-    }
-    return copy;
-}
-
 template <class T>
 Node* CopyIntoSlot(TreeImpl& tree, Map& target, Node*& slot, Node& source) {
-    T* const copy = tree.Create<T>(&target, source.GetIndex());
+    T* const copy = tree.CreateChanged<T>(&target, source.GetIndex(), kChangesInMap);
     if (copy != nullptr) {
         NodeAccess::NoteChild(target);
         slot = copy;
-        tree.CountMore(kChangesInMap - 1);
         FillLeaf(*copy, static_cast<T&>(source));
     }
     return copy;
@@ -83,13 +69,13 @@ std::size_t CountMissing(const MapChildren& target, Composite& source) noexcept 
     return all > present ? all - present : 0;
 }
 
-Node* MakeInMap(TreeImpl& tree, const MapChildren& target, Node& source, Composite& parent) {
+Node* MakeInMap(const MapChildren& target, Node& source, Composite& parent) {
     const int index = source.GetIndex();
     if (index < 0) {
         // Only where a node was inserted into a vector, too, and taken out there: NewNode says what is wrong.
         return target.map.NewNode(index, source.GetType(), false, source.GetSemanticTag());
     }
-    return target.HasRoom(index) ? MakeInRoom(tree, target, source)
+    return target.HasRoom(index) ? target.NewInRoom(index, source.GetType(), source.GetSemanticTag())
                                  : NewNodeInMap(target, index, source.GetType(), false, source.GetSemanticTag(),
                                                 CountMissing(target, parent));
 }
@@ -121,7 +107,7 @@ Node* CopyLeafIntoMap(TreeImpl& tree, const MapChildren& target, Node& source, C
             case NodeTypeDoubleSet: break;
         }
     }
-    return Populated(MakeInMap(tree, target, source, parent), source);
+    return Populated(MakeInMap(target, source, parent), source);
 }
 
 /// Makes the next leaf of a run, a copy.
@@ -172,12 +158,11 @@ bool CopyElements(TreeImpl& tree, Vector& target, Copied& copied, Node*& next) {
             place += count;
             continue;
         }
-        T* const copy = tree.Create<T>(&target, static_cast<int>(elements.size()));
+        T* const copy = tree.CreateChanged<T>(&target, static_cast<int>(elements.size()), kChangesInVector);
         if (copy == nullptr) {
             return false;
         }
         elements.push_back(copy);
-        tree.CountMore(kChangesInVector - 1);
         FillLeaf(*copy, static_cast<T&>(**place++));
     }
     copied.children.GoOnAt(place);
@@ -302,10 +287,10 @@ Node* CopyLeaves(TreeImpl& tree, Copied& copied) {
 }
 
 /// Makes the copy of a composite, still empty, where it belongs; null where there is no node to be had.
-Composite* CopyComposite(TreeImpl& tree, Copied& copied, Node& source) {
+Composite* CopyComposite(Copied& copied, Node& source) {
     if (!copied.isVector) {
         const MapChildren target(static_cast<Map&>(copied.target));
-        return static_cast<Composite*>(MakeInMap(tree, target, source, copied.source));
+        return static_cast<Composite*>(MakeInMap(target, source, copied.source));
     }
     auto& vector = static_cast<Vector&>(copied.target);
     const auto& elements = NodeAccess::GetChildren(vector);
@@ -332,7 +317,7 @@ void CopyChildren(Composite& target, Composite& source) {
     while (!path.IsEmpty()) {
         Copied& copied = path.Top();
         Node* const below = CopyLeaves(tree, copied);
-        Composite* const copy = below != nullptr ? CopyComposite(tree, copied, *below) : nullptr;
+        Composite* const copy = below != nullptr ? CopyComposite(copied, *below) : nullptr;
         if (copy != nullptr) {
             TakeOver(tree, *copy, *below);
             MakeRoom(*copy, static_cast<Composite&>(*below));

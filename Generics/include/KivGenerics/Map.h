@@ -58,6 +58,8 @@ public:
                 node->state_.temporality = TemporalityPersistent;
                 return node;
             }
+        } else if (HasRoom(index)) {
+            return static_cast<T*>(NewInRoom(index, T::StaticType, tag));
         }
         return static_cast<T*>(NewNode(index, T::StaticType, false, tag));
     }
@@ -127,6 +129,8 @@ private:
             GetOverflow()->Append(index, child);
         }
     }
+    // NewNode where HasRoom.
+    Node* NewInRoom(int index, NodeType type, SemanticTag tag);
     Node* GetFromOverflow(int index) const noexcept;
 
     SemanticTag tag_ = SemanticTagDefault;
