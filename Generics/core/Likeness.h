@@ -13,6 +13,14 @@ inline std::uint32_t GetLikeness(const Node& leaf) noexcept {
     return type | static_cast<std::uint32_t>(temporality) << 8;
 }
 
+inline NodeType GetLikeType(std::uint32_t likeness) noexcept {
+    return static_cast<NodeType>(likeness & 0xFF);
+}
+/// For what lies outside the scale it answers some value outside it.
+inline EnumOrvGenericsTemporality GetLikeTemporality(std::uint32_t likeness) noexcept {
+    return static_cast<EnumOrvGenericsTemporality>(likeness >> 8);
+}
+
 /// The end of the leaves from `first` on, one of which there is, that are like it. Places behind it may be empty.
 inline Node* const* FindEndOfLike(Node* const* first, Node* const* end) noexcept {
     const std::uint32_t likeness = GetLikeness(**first);

@@ -7,6 +7,7 @@
 
 #include "core/MapChildren.h"
 #include "core/NodeAccess.h"
+#include "traversal/FoundComposite.h"
 
 namespace KivGenerics {
 
@@ -17,35 +18,30 @@ namespace KivGenerics {
 class VectorPlaces {
 public:
     /// Before the first element with `at` -1.
-    VectorPlaces(Vector& vector, int at) noexcept : vector_(vector), at_(at) {}
+    VectorPlaces(Vector& vector, std::ptrdiff_t at) noexcept : vector_(vector), at_(static_cast<std::size_t>(at)) {}
 
-    int GetPlace() const noexcept { return static_cast<int>(at_); }
+    std::ptrdiff_t GetNumber() const noexcept { return static_cast<std::ptrdiff_t>(at_); }
     /// Goes on: true when there is a child, which `child` is then.
     bool Next(Node*& child) noexcept {
         ++at_;
-        return Get(child);
-    }
-    /// The same, with `child`, the present one, removed.
-    bool NextWithout(Node*& child) {
-        vector_.Remove(GetPlace());  // the next child moves to its place
-        return Get(child);
-    }
-
-private:
-    bool Get(Node*& child) const noexcept {
         // Addresses are compared: the size would be calculated from them, and there may be no array any more.
         const auto& elements = NodeAccess::GetChildren(vector_);
-        const auto at = static_cast<std::size_t>(at_);
-        if (reinterpret_cast<std::uintptr_t>(elements.data()) + at * sizeof(Node*) >=
+        if (reinterpret_cast<std::uintptr_t>(elements.data()) + at_ * sizeof(Node*) >=
             reinterpret_cast<std::uintptr_t>(elements.data() + elements.size())) {
             return false;
         }
-        child = elements[at];
+        child = elements[at_];
         return true;
     }
+    /// Removes `child`, the present one.
+    void Remove(Node&) {
+        vector_.Remove(static_cast<int>(at_));
+        --at_;  // the next child moves to the place of this one
+    }
 
+private:
     Vector& vector_;
-    std::ptrdiff_t at_;
+    std::size_t at_;
 };
 
 /// Where an OverflowPlaces stood.
@@ -68,12 +64,12 @@ public:
         : overflow_(&overflow), run_(place.run), key_(place.key), changes_(place.changes) {
         if (changes_ == overflow.GetChanges()) {
             TakeRun();
-            keys_ += place.at;
             values_ += place.at;
             key_ = place.key;
         }
     }
 
+    static std::ptrdiff_t GetNumber() noexcept { return FoundComposite::kBeyondSlots; }
     OverflowPlace GetPlace() const noexcept {
         return {run_, static_cast<int>(values_ - run_.GetRunValues()), key_, changes_};
     }
@@ -86,17 +82,14 @@ public:
     }
     bool Next(Node*& child) noexcept {
         if (changes_ == overflow_->GetChanges() && values_ + 1 < end_) {
-            key_ = *++keys_;
             child = *++values_;
+            key_ = child->GetIndex();
             return true;
         }
         *this = GetBehind(*this);
         return First(child);
     }
-    bool NextWithout(Node*& child) {
-        child->Remove();
-        return Next(child);
-    }
+    static void Remove(Node& child) { child.Remove(); }
 
 private:
     // The rare steps work on a copy, so that in the frequent ones the fields can stay in the processor's registers.
@@ -104,10 +97,9 @@ private:
     void TakeRun() noexcept {
         const int length = run_.GetRunLength();
         if (length > 0) {
-            keys_ = run_.GetRun();
             values_ = run_.GetRunValues();
             end_ = values_ + length;
-            key_ = *keys_;
+            key_ = *run_.GetRun();
         } else {
             values_ = nullptr;
             end_ = nullptr;
@@ -116,7 +108,6 @@ private:
 
     const MapOverflow* overflow_;
     MapOverflow::Iterator run_;
-    const int* keys_ = nullptr;
     Node* const* values_ = nullptr;
     Node* const* end_ = nullptr;
     int key_ = 0;
