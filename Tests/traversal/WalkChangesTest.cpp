@@ -95,6 +95,7 @@ private:
 INSTANTIATE_TEST_SUITE_P(Composites, WalkChangesTest,
                          ::testing::Values(Layout{"Vector", NodeTypeVector, 0}, Layout{"MapInItsSlots", NodeTypeMap, 1},
                                            Layout{"MapAcrossTheEndOfItsSlots", NodeTypeMap, 6},
+                                           Layout{"MapWithOneChildInItsSlots", NodeTypeMap, 7},
                                            Layout{"MapBeyondItsSlots", NodeTypeMap, 101}),
                          [](const auto& each) { return each.param.name; });
 
