@@ -17,9 +17,15 @@ public:
 
     /// Room in the present block for so many bytes, which are then its own; null when they do not fit, and once it is shut.
     std::uint8_t* Take(std::size_t count) noexcept {
-        if (count > static_cast<std::size_t>(end_ - next_)) {
-            return nullptr;
-        }
+        return count <= static_cast<std::size_t>(end_ - next_) ? TakeFitting(count) : nullptr;
+    }
+    /// True where Take answers a place. `count` is that of an item other than a text: no more than a few bytes.
+    bool Fits(std::size_t count) const noexcept {
+        // Of addresses, since there may be fewer bytes behind the next one.
+        return reinterpret_cast<std::uintptr_t>(next_) + count <= reinterpret_cast<std::uintptr_t>(end_);
+    }
+    /// Take where the bytes fit.
+    std::uint8_t* TakeFitting(std::size_t count) noexcept {
         std::uint8_t* const place = next_;
         next_ += count;
         return place;

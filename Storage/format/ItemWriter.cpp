@@ -81,6 +81,14 @@ std::int32_t ItemWriter::PutVariant(const VARIANT* value) noexcept {
     });
 }
 
+std::int32_t ItemWriter::BeginObjectSlowly(std::uint16_t tag) noexcept {
+    std::uint8_t bytes[2];
+    PutLittle16(bytes, tag);
+    const std::int32_t code = PutSlowly(ItemBeginObject, bytes, sizeof bytes);
+    depth_ += code >= 0 ? 1 : 0;
+    return code;
+}
+
 std::int32_t ItemWriter::EndObjectSlowly() noexcept {
     return Guarded([this] {
         if (!finished_ && depth_ == 0) {

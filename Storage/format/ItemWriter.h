@@ -51,18 +51,19 @@ public:
     }
     std::int32_t PutVariant(const VARIANT* value) noexcept;
     std::int32_t BeginObject(std::uint16_t tag) noexcept {
-        const std::int32_t code = Put<2>(ItemBeginObject, [=](std::uint8_t* to) { PutLittle16(to, tag); });
-        depth_ += code >= 0 ? 1 : 0;
-        return code;
+        if (!blocks_.Fits(1 + 2)) {
+            return BeginObjectSlowly(tag);
+        }
+        depth_ += 1;
+        PutLittle16(TakeFor(ItemBeginObject, 2), tag);
+        return StorageSuccess;
     }
     std::int32_t EndObject() noexcept {
-        std::uint8_t* const place = depth_ > 0 ? blocks_.Take(1) : nullptr;
-        if (place == nullptr) {
+        if (depth_ == 0 || !blocks_.Fits(1)) {
             return EndObjectSlowly();
         }
-        items_ += 1;
         depth_ -= 1;
-        place[0] = ItemEndObject;
+        TakeFor(ItemEndObject, 0);
         return StorageSuccess;
     }
     /// Refused while objects are open.
@@ -76,20 +77,26 @@ private:
     /// An item of `Count` bytes behind its type, which `store(place)` writes.
     template <std::size_t Count, class Store>
     std::int32_t Put(ItemType type, Store store) noexcept {
-        if (std::uint8_t* const place = blocks_.Take(1 + Count)) {
-            items_ += 1;
-            place[0] = type;
-            store(place + 1);
+        if (blocks_.Fits(1 + Count)) {
+            store(TakeFor(type, Count));
             return StorageSuccess;
         }
         std::uint8_t bytes[Count];
         store(bytes);
         return PutSlowly(type, bytes, Count);
     }
+    /// The place of the payload of an item that fits.
+    std::uint8_t* TakeFor(ItemType type, std::size_t count) noexcept {
+        std::uint8_t* const place = blocks_.TakeFitting(1 + count);
+        items_ += 1;
+        place[0] = type;
+        return place + 1;
+    }
     template <class Step>
     std::int32_t Guarded(Step step) noexcept;
     std::int32_t PutSlowly(ItemType type, const std::uint8_t* payload, std::size_t count) noexcept;
     std::int32_t PutTextSlowly(const char16_t* units, std::uint32_t length) noexcept;
+    std::int32_t BeginObjectSlowly(std::uint16_t tag) noexcept;
     std::int32_t EndObjectSlowly() noexcept;
     std::int32_t PutItem(ItemType type, const std::uint8_t* payload, std::size_t count);
     std::int32_t Append(const std::uint8_t* bytes, std::size_t count);
