@@ -110,14 +110,14 @@ void PushTemporality(Vector& vector, EnumOrvGenericsTemporality t) {
     FrameStack<ChildCursor> vectors;
     vectors.Push(vector);
     while (!vectors.IsEmpty()) {
-        Node* const child = vectors.Top().Next();
-        if (child == nullptr) {
+        Node* const inner = vectors.Top().FindNext([t](Node* child) {
+            NodeAccess::StoreDerived(*child, t);
+            return child->GetType() == NodeTypeVector;
+        });
+        if (inner != nullptr) {
+            vectors.Push(static_cast<Vector&>(*inner));
+        } else {
             vectors.Pop();
-            continue;
-        }
-        NodeAccess::StoreDerived(*child, t);
-        if (child->GetType() == NodeTypeVector) {
-            vectors.Push(static_cast<Vector&>(*child));
         }
     }
 }
