@@ -17,9 +17,13 @@ class ArchiveWriter {
 public:
     /// Over any archive.
     ArchiveWriter(KivCOMShared::COrvWriteArchive* archive) noexcept : archive_(archive) {}
-    /// The same archive, for what stands below the root of a tree whose temporality has just been updated.
+    /// The same archive, for what stands below the root of a tree whose temporality has just been updated. What is known of the
+    /// tree is asked here, once for all composites: nothing can change it while it is written.
     ArchiveWriter(const ArchiveWriter& out, const TreeImpl& tree) noexcept
-        : archive_(out.archive_), stream_(out.stream_), tree_(&tree) {}
+        : archive_(out.archive_),
+          stream_(out.stream_),
+          isAllPersistent_(tree.IsAllPersistent()),
+          areVectorsUniform_(tree.HasUpdatedTemporality()) {}
     /// Over the library's own.
     ArchiveWriter(COrvWriteBlockArchive* archive) noexcept : archive_(archive), stream_(archive->GetStream()) {}
 
@@ -46,15 +50,16 @@ public:
 
     KivCOMShared::COrvWriteArchive* GetArchive() const noexcept { return archive_; }
     /// True where everything below the root is known, without a look at it, to be persistent.
-    bool IsAllPersistent() const noexcept { return tree_ != nullptr && tree_->IsAllPersistent(); }
+    bool IsAllPersistent() const noexcept { return isAllPersistent_; }
     /// True where the children of a vector are known, without a look at them, to have its derived temporality.
-    bool AreVectorsUniform() const noexcept { return tree_ != nullptr && tree_->HasUpdatedTemporality(); }
+    bool AreVectorsUniform() const noexcept { return areVectorsUniform_; }
 
 private:
     KivCOMShared::COrvWriteArchive* archive_;
     KivCOMShared::BlockWriteStream* stream_ =
         nullptr;  // below the archive, where that is the library's own and has one
-    const TreeImpl* tree_ = nullptr;  // whose update was just made; null where that is not known
+    bool isAllPersistent_ = false;
+    bool areVectorsUniform_ = false;
 };
 
 }  // namespace KivGenerics

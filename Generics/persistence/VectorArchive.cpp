@@ -15,47 +15,55 @@ namespace KivGenerics {
 namespace {
 
 // With transient elements none is left out, whatever the count in the header left out. Where all are known to have the
-// vector's derived temporality, none is looked at: a great vector is read from memory once then, and not once more to count.
+// vector's derived temporality, none is looked at, for the vector is not written otherwise: a great vector is read from memory
+// once then, and not once more to count.
 // kept-on-purpose: vector-writes-every-element
-WrittenChildren GetWritten(const Vector& vector, const ArchiveWriter& out, bool withTransient) {
-    const bool areAll =
-        withTransient || (out.AreVectorsUniform() && NodeAccess::GetStoredDerived(vector) <= TemporalityPersistent);
-    return {areAll, TemporalityPersistent};
+WrittenChildren GetWritten(const ArchiveWriter& out, bool withTransient) {
+    return {withTransient || out.AreVectorsUniform(), TemporalityPersistent};
 }
 
-// Elements of a uniform vector count as it does: it is not written otherwise.
 int CountInHeader(Vector& vector, const ArchiveWriter& out, bool withTransient) {
     return out.AreVectorsUniform() ? static_cast<int>(NodeAccess::GetChildren(vector).size())
                                    : vector.GetSize(GetLimit(withTransient));
+}
+
+/// Begins a vector whose count does not fit into a word with the type byte.
+[[gnu::noinline]] std::int32_t BeginLongVector(const Vector& vector, const ArchiveWriter& out, int count) {
+    const std::int32_t result = out.BeginObject(GetObjectTag(vector, kLongVector));
+    if (result < 0) {
+        return result;
+    }
+    BytePacker packer(out);
+    packer.Put<4>(static_cast<std::uint32_t>(count));
+    packer.Put<1>(GetTypeByte(*NodeAccess::GetChildren(vector).front()));
+    return packer.Flush();
 }
 
 /// A vector whose elements are being written.
 struct OpenVector {
     Node* const* next;
     Node* const* end;
-    WrittenChildren written;
 };
 
-// One type byte, the first element's, describes them all: Add keeps elements to one kind.
+// One type byte, the first element's, describes them all: Add keeps elements to one kind. `out` is a copy of `writer` that stays
+// in registers; what is called gets `writer`.
 // kept-on-purpose: vector-type-byte
-std::int32_t BeginVector(Vector& vector, const ArchiveWriter& out, bool withTransient, OpenVector& open) {
-    PrefetchBehind(&vector);
+[[gnu::always_inline]] inline std::int32_t BeginVector(Vector& vector, const ArchiveWriter& out,
+                                                       const ArchiveWriter& writer, bool withTransient,
+                                                       OpenVector& open) {
+    PrefetchBehind(vector);
     const auto& elements = NodeAccess::GetChildren(vector);
-    open = {elements.data(), elements.data() + elements.size(), GetWritten(vector, out, withTransient)};
+    open = {elements.data(), elements.data() + elements.size()};
     const int count = CountInHeader(vector, out, withTransient);
-    const bool isLong = count >= kLongCount;
-    const std::int32_t result = out.BeginObject(GetObjectTag(vector, isLong ? kLongVector : NodeTypeVector));
+    if (count >= kLongCount) {
+        return BeginLongVector(vector, writer, count);
+    }
+    const std::int32_t result = out.BeginObject(GetObjectTag(vector, NodeTypeVector));
     if (result < 0) {
         return result;
     }
     const std::uint32_t typeByte = count > 0 ? GetTypeByte(*elements.front()) : 0;
-    if (!isLong) {
-        return out.WriteLong(static_cast<std::int32_t>(static_cast<std::uint32_t>(count) << 16 | typeByte << 8));
-    }
-    BytePacker packer(out);
-    packer.Put(static_cast<std::uint32_t>(count), 4);
-    packer.Put(typeByte, 1);
-    return packer.Flush();
+    return out.WriteLong(static_cast<std::int32_t>(static_cast<std::uint32_t>(count) << 16 | typeByte << 8));
 }
 
 bool MayAppend(const Vector& vector, NodeType type) {
@@ -176,19 +184,22 @@ std::int32_t ReadObjects(Vector& vector, ArchiveDecoder& decoder, std::uint32_t 
 
 // Vectors in vectors are gone into without a call for each of a few levels: a processor does not foresee the way back from deep
 // calls.
-std::int32_t WriteVector(Vector& vector, const ArchiveWriter& out, bool withTransient) {
-    constexpr int kMostOpen = 4;
+std::int32_t WriteVector(Vector& vector, const ArchiveWriter& writer, bool withTransient) {
+    constexpr int kMostOpen = 8;
+    const ArchiveWriter out = writer;
+    const WrittenChildren written = GetWritten(out, withTransient);
     OpenVector vectors[kMostOpen];
     OpenVector* open = vectors;
-    std::int32_t result = BeginVector(vector, out, withTransient, *open);
+    std::int32_t result = BeginVector(vector, out, writer, withTransient, *open);
     while (result >= 0) {
         Node* const* next = open->next;
-        result = WriteLeaves<Touch::First>(next, open->end, open->written, out, withTransient);
-        open->next = next;
+        Node* const* const end = open->end;
+        result = written.areAll ? WriteLeaves<Touch::First>(next, end, AllChildren(), out, withTransient)
+                                : WriteLeaves<Touch::First>(next, end, written, out, withTransient);
         if (result < 0) {
             break;
         }
-        if (open->next == open->end) {
+        if (next == end) {
             result = out.EndObject();
             if (open == vectors) {
                 break;
@@ -196,13 +207,14 @@ std::int32_t WriteVector(Vector& vector, const ArchiveWriter& out, bool withTran
             --open;
             continue;
         }
-        Node& composite = **open->next++;
-        if (!open->written.Has(composite)) {
+        open->next = next + 1;
+        Node& composite = **next;
+        if (!written.Has(composite)) {
             continue;
         }
         const bool isOpened = composite.GetType() == NodeTypeVector && open != vectors + kMostOpen - 1;
-        result = isOpened ? BeginVector(static_cast<Vector&>(composite), out, withTransient, *++open)
-                          : WriteComposite(composite, out, withTransient);
+        result = isOpened ? BeginVector(static_cast<Vector&>(composite), out, writer, withTransient, *++open)
+                          : WriteComposite(composite, writer, withTransient);
     }
     return result;
 }

@@ -28,35 +28,41 @@ struct WrittenChildren {
     bool Has(Node& child) const { return areAll || NodeAccess::GetDerived(child) <= limit; }
 };
 
+/// The same where those that are not written have been sorted out already.
+struct AllChildren {
+    static constexpr bool Has(Node&) noexcept { return true; }
+};
+
 /// Whether what is gone through now has just been gone through, so that the processor has it.
 enum class Touch { First, Again };
 
 /// Writes leaves of this class as long as they come, the first of them at `next`, which becomes the place behind them.
-template <class Leaf, Touch kTouch>
-[[gnu::always_inline]] inline std::int32_t WriteLeavesOf(Node* const*& next, Node* const* end,
-                                                         const WrittenChildren written, const ArchiveWriter out) {
-    std::int32_t result = ResultSuccess;
+template <class Leaf, Touch kTouch, class Written>
+[[gnu::always_inline]] inline std::int32_t WriteLeavesOf(Node* const*& next, Node* const* end, const Written& written,
+                                                         const ArchiveWriter& out) {
     do {
         Node& leaf = **next++;
         if constexpr (kTouch == Touch::First) {
-            PrefetchBehind(&leaf);
+            PrefetchBehind(leaf);
         }
         if (written.Has(leaf)) {
-            result = WriteValue(static_cast<const Leaf&>(leaf), out);
+            if (const std::int32_t result = WriteValue(static_cast<const Leaf&>(leaf), out); result < 0) {
+                return result;
+            }
         }
-    } while (result >= 0 && next != end && (*next)->GetType() == Leaf::StaticType);
-    return result;
+    } while (next != end && (*next)->GetType() == Leaf::StaticType);
+    return ResultSuccess;
 }
 
 /// Writes children that stand side by side as far as the next composite, which `next` is then, or the end. Returns the first
-/// failure. Part of both of its callers: for a few children a call costs as much as they do.
-template <Touch kTouch>
-[[gnu::always_inline]] inline std::int32_t WriteLeaves(Node* const*& next, Node* const* end,
-                                                       const WrittenChildren written, const ArchiveWriter& out,
-                                                       bool withTransient) {
-    std::int32_t result = ResultSuccess;
-    while (result >= 0 && next != end) {
+/// failure. Part of all of its callers: for a few children a call costs as much as they do. `Written` is WrittenChildren or
+/// AllChildren.
+template <Touch kTouch, class Written>
+[[gnu::always_inline]] inline std::int32_t WriteLeaves(Node* const*& next, Node* const* end, const Written& written,
+                                                       const ArchiveWriter& out, bool withTransient) {
+    while (next != end) {
         Node& child = **next;
+        std::int32_t result = ResultSuccess;
         switch (child.GetType()) {
             case NodeTypeInteger: result = WriteLeavesOf<Integer, kTouch>(next, end, written, out); break;
             case NodeTypeGlobalID: result = WriteLeavesOf<GlobalID, kTouch>(next, end, written, out); break;
@@ -65,7 +71,7 @@ template <Touch kTouch>
             case NodeTypeBoolean: result = WriteLeavesOf<Boolean, kTouch>(next, end, written, out); break;
             case NodeTypeInteger64: result = WriteLeavesOf<Integer64, kTouch>(next, end, written, out); break;
             case NodeTypeVector:
-            case NodeTypeMap: return result;
+            case NodeTypeMap: return ResultSuccess;
             case NodeTypeIntegerSet:
             case NodeTypeIdSet:
             case NodeTypeStringSet:
@@ -74,8 +80,11 @@ template <Touch kTouch>
                 result = written.Has(child) ? child.WriteToArchive(out.GetArchive(), withTransient) : result;
                 break;
         }
+        if (result < 0) {
+            return result;
+        }
     }
-    return result;
+    return ResultSuccess;
 }
 
 }  // namespace KivGenerics
