@@ -18,19 +18,20 @@ namespace KivGenerics {
 class VectorPlaces {
 public:
     /// Before the first element with `at` -1.
-    VectorPlaces(Vector& vector, std::ptrdiff_t at) noexcept : vector_(vector), at_(static_cast<std::size_t>(at)) {}
+    VectorPlaces(Vector& vector, std::ptrdiff_t at) noexcept : vector_(vector), at_(at) {}
 
-    std::ptrdiff_t GetNumber() const noexcept { return static_cast<std::ptrdiff_t>(at_); }
+    std::ptrdiff_t GetNumber() const noexcept { return at_; }
     /// Goes on: true when there is a child, which `child` is then.
     bool Next(Node*& child) noexcept {
         ++at_;
         // Addresses are compared: the size would be calculated from them, and there may be no array any more.
         const auto& elements = NodeAccess::GetChildren(vector_);
-        if (reinterpret_cast<std::uintptr_t>(elements.data()) + at_ * sizeof(Node*) >=
+        const auto at = static_cast<std::size_t>(at_);
+        if (reinterpret_cast<std::uintptr_t>(elements.data()) + at * sizeof(Node*) >=
             reinterpret_cast<std::uintptr_t>(elements.data() + elements.size())) {
             return false;
         }
-        child = elements[at_];
+        child = elements[at];
         return true;
     }
     /// Removes `child`, the present one.
@@ -41,7 +42,7 @@ public:
 
 private:
     Vector& vector_;
-    std::size_t at_;
+    std::ptrdiff_t at_;
 };
 
 /// Where an OverflowPlaces stood.
