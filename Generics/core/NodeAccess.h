@@ -90,7 +90,6 @@ struct NodeAccess {
             node.tree_->NoteVaried();
         }
     }
-    static void MakePersistent(Node& node) { node.MakePersistent(); }
     /// The temporality of a node that leaves the tree, which does not ask for its children any more.
     static void ResetTemporality(Node& node) noexcept {
         node.state_.temporality = TemporalityDefault;

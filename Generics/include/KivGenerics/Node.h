@@ -234,11 +234,6 @@ private:
             NoteTaken(t);
         }
     }
-    /// SetTemporality(TemporalityPersistent) for a node whose derived temporality has not been calculated.
-    void MakePersistent() {
-        CheckReadOnly();
-        state_.temporality = TemporalityPersistent;
-    }
     /// What the tree must know of an own temporality other than TemporalityPersistent.
     void NoteTaken(int t) noexcept {
         if (t != TemporalityDefault) {
