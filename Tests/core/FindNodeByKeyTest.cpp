@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include <KivGenerics/Map.h>
 #include <KivGenerics/Vector.h>
 
@@ -93,6 +95,34 @@ TEST_F(FindNodeByKeyTest, NumbersWrapAtThirtyTwoBits) {
     EXPECT_EQ(Find(u"18446744073709551616:"), zero);
     EXPECT_EQ(Find(u"4294967295:"), nullptr);
     EXPECT_EQ(Find(u"2147483648:"), nullptr);
+}
+
+TEST_F(FindNodeByKeyTest, NumbersOfAnyLengthAreReadWhereverTheyStand) {
+    const int count = 123'457;
+    for (int i = 2; i < count; ++i) {
+        zero->Add(NodeTypeInteger);
+    }
+    for (const int index : {7, 12, 123, 1'234, 9'999, 12'345, 99'999, 123'456}) {
+        const std::string number = std::to_string(index);
+        for (const char* const front : {"0:", "00:", "0000:", "00000:"}) {
+            for (const char* const zeros : {"", "0", "000", "0000", "00000"}) {
+                const KivBase::WString key = KivBase::FromUtf8(front + (zeros + number) + ":");
+                ASSERT_EQ(tree->FindNodeByKey(key), zero->Get(index)) << KivBase::ToUtf8(key);
+            }
+        }
+    }
+}
+
+// The units beside the digits, and those that only look like one in their lower or their higher byte.
+TEST_F(FindNodeByKeyTest, NoOtherUnitPassesForADigitWhereverItStands) {
+    for (const char16_t unit : {u'/', u';', u' ', u'a', char16_t{0}, char16_t{0x0130}, char16_t{0x3030},
+                                char16_t{0x8030}, char16_t{0x8039}, char16_t{0xFF10}, char16_t{0xFFFF}}) {
+        for (std::size_t at = 2; at < 11; ++at) {
+            KivBase::WString key = u"0:000000001:";
+            key[at] = unit;
+            EXPECT_EQ(tree->FindNodeByKey(key), nullptr) << unit << " at " << at;
+        }
+    }
 }
 
 TEST_F(FindNodeByKeyTest, TheKeyOfEveryNodeLeadsBackToIt) {
