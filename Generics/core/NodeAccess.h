@@ -45,13 +45,14 @@ struct NodeAccess {
     static void AppendInRoom(List& vector, Node* child) noexcept {
         vector.Append(child);
     }
-    /// A new child of a kind known when compiling, behind the others of a vector: of their kind, or they are none. Null where
-    /// a host's buffer answers null.
+    /// A new child of a kind known when compiling, behind the others of a vector: of their kind, or they are none. It counts
+    /// `changes` changes. Null where a host's buffer answers null.
     template <class T, class List>
-    static T* Append(List& vector) {
+    static T* Append(List& vector, std::uint32_t changes = 1) {
         vector.NeedRoom();
         vector.NoteChild();
-        T* const node = GetTree(vector)->template Create<T>(&vector, static_cast<int>(vector.children_.size()));
+        const auto index = static_cast<int>(vector.children_.size());
+        T* const node = GetTree(vector)->template CreateChanged<T>(&vector, index, changes);
         if (node != nullptr) {
             vector.Append(node);
         }
@@ -68,9 +69,7 @@ struct NodeAccess {
         node.index_ = index;
     }
 
-    /// Sets the own temporality without the guard; the derived one is to be calculated.
-    static void SetTemporality(Node& node, EnumOrvGenericsTemporality t) noexcept { node.TakeTemporality(t); }
-    /// The same for a node that is new.
+    /// Sets the own temporality of a new node, whose derived one has not been calculated, without the guard.
     template <class T>
     static void SetTemporalityOfNew(T& node, EnumOrvGenericsTemporality t) noexcept {
         if constexpr (std::is_final_v<T> && !std::is_base_of_v<Composite, T>) {

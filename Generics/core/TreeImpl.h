@@ -79,6 +79,8 @@ public:
         }
         return node;
     }
+    /// CreateNode for a map of a tree that is not read-only; the change is not counted.
+    Node* CreateMap(Composite* parent, int index, SemanticTag tag);
     /// True when nodes of a plain kind come straight from the buffer: the tree is not read-only, and none waits to be reused.
     template <class T>
     bool MayTake() const noexcept {
@@ -120,7 +122,6 @@ private:
     void Adopt(Node& node, Composite* parent, int index) noexcept;
     void UseForest() noexcept;
     void CalculateAll();
-    Node* CreateMap(Composite* parent, int index, SemanticTag tag);
     std::int32_t Save(const ArchiveWriter& out, bool withTransient, int slotFlags);
     std::int32_t Load(ArchiveDecoder& decoder);
     Node* ConstructMap(Composite* parent, int index, SemanticTag tag);

@@ -1,0 +1,285 @@
+#include "traversal/CopyLeaves.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+
+#include <KivGenerics/Boolean.h>
+#include <KivGenerics/Double.h>
+#include <KivGenerics/GlobalID.h>
+#include <KivGenerics/Integer.h>
+#include <KivGenerics/Integer64.h>
+#include <KivGenerics/String.h>
+
+#include "core/LeafRun.h"
+#include "core/Likeness.h"
+#include "core/Prefetch.h"
+#include "core/Raise.h"
+#include "core/TextUnits.h"
+#include "core/Texts.h"
+#include "traversal/WalkFlags.h"
+
+namespace KivGenerics {
+namespace {
+
+/// The changes that NewNode, or Add, and Populate of a leaf count.
+constexpr std::uint32_t kChangesInMap = 3;
+constexpr std::uint32_t kChangesInVector = 2;
+
+template <class T>
+void FillLeaf(T& copy, T& source) noexcept {
+    NodeAccess::SetTemporalityOfNew(copy, source.GetTemporality());
+    NodeAccess::GetValue(copy) = NodeAccess::GetValue(source);
+}
+
+/// The text ends at its first NUL unit, as Populate has it.
+void FillLeaf(String& copy, String& source) {
+    NodeAccess::SetTemporalityOfNew(copy, source.GetTemporality());
+    const KivBase::WString& text = NodeAccess::GetValue(source);
+    NodeAccess::GetValue(copy).assign(text.data(), CountBeforeNul(text.data(), text.size()));
+}
+
+template <class T>
+Node* CopyIntoSlot(TreeImpl& tree, Map& target, Node*& slot, Node& source) {
+    T* const copy = tree.CreateChanged<T>(&target, source.GetIndex(), kChangesInMap);
+    if (copy != nullptr) {
+        NodeAccess::NoteChild(target);
+        slot = copy;
+        FillLeaf(*copy, static_cast<T&>(source));
+    }
+    return copy;
+}
+
+std::size_t CountOverflow(const MapChildren& children) noexcept {
+    return children.overflow != nullptr ? children.overflow->size() : 0;
+}
+
+/// How many children the copy of a map still lacks in its overflow store.
+std::size_t CountMissing(const MapChildren& target, Composite& source) noexcept {
+    const std::size_t all = CountOverflow(MapChildren(static_cast<Map&>(source)));
+    const std::size_t present = CountOverflow(target);
+    return all > present ? all - present : 0;
+}
+
+Node* Populated(Node* copy, Node& source) {
+    if (copy != nullptr) {
+        copy->Populate(&source);
+    }
+    return copy;
+}
+
+/// Copies a child of any kind that is no composite; null where there is no node to be had.
+Node* CopyLeafIntoMap(TreeImpl& tree, const MapChildren& target, Node& source, Composite& parent) {
+    const int index = source.GetIndex();
+    if (target.IsSlot(index) && target.slots[index] == nullptr) {
+        Node*& slot = target.slots[index];
+        switch (source.GetType()) {
+            case NodeTypeInteger: return CopyIntoSlot<Integer>(tree, target.map, slot, source);
+            case NodeTypeGlobalID: return CopyIntoSlot<GlobalID>(tree, target.map, slot, source);
+            case NodeTypeDouble: return CopyIntoSlot<Double>(tree, target.map, slot, source);
+            case NodeTypeBoolean: return CopyIntoSlot<Boolean>(tree, target.map, slot, source);
+            case NodeTypeInteger64: return CopyIntoSlot<Integer64>(tree, target.map, slot, source);
+            case NodeTypeString: return CopyIntoSlot<String>(tree, target.map, slot, source);
+            case NodeTypeVector:
+            case NodeTypeMap:
+            case NodeTypeIntegerSet:
+            case NodeTypeIdSet:
+            case NodeTypeStringSet:
+            case NodeTypeDoubleSet: break;
+        }
+    }
+    return Populated(MakeInMap(target, source, parent), source);
+}
+
+/// Makes the next leaf of a run, a copy.
+template <class T>
+T* CopyNext(LeafRun<T>& run, const Node& source, int index) noexcept {
+    PrefetchBehind(&source);
+    const auto value = NodeAccess::GetValue(static_cast<const T&>(source));
+    T* const copy = run.Make(index);
+    NodeAccess::GetValue(*copy) = value;
+    return copy;
+}
+
+/// Few enough leaves that all are still in the processor's cache when they have been looked at once.
+constexpr std::ptrdiff_t kFewLeaves = 64;
+
+/// Fewer leaves than this are made one by one: to begin a run costs as much as some of them do.
+constexpr std::size_t kShortestRun = 8;
+
+/// CopyRun where few elements are left; `room` is not 0.
+template <class T>
+std::size_t CopyFew(TreeImpl& tree, Vector& target, Node* const* first, std::size_t room) noexcept {
+    auto index = static_cast<int>(NodeAccess::GetChildren(target).size());
+    Node* const* place = first;
+    Node* const* const end = first + room;
+    do {
+        PrefetchBehind(*place);
+        T* const copy = tree.CreateNext<T>(&target, index++, kChangesInVector);
+        NodeAccess::AppendInRoom(target, copy);
+        FillLeaf(*copy, static_cast<T&>(**place));
+    } while (++place != end && (*place)->GetType() == T::StaticType);
+    return static_cast<std::size_t>(place - first);
+}
+
+/// Copies the elements of the first one's kind, T, that come next into the room that the target and the present block have; it
+/// answers how many.
+template <class T>
+std::size_t CopyRun(TreeImpl& tree, Vector& target, Node* const* first, Node* const* end) {
+    auto& elements = NodeAccess::GetChildren(target);
+    const auto most = static_cast<std::size_t>((std::min)(kFewLeaves, end - first));
+    const std::size_t room = LeafRun<T>::Count(tree, (std::min)(elements.capacity() - elements.size(), most));
+    if (room == 0) {
+        return 0;
+    }
+    if (most < kShortestRun) {
+        return CopyFew<T>(tree, target, first, room);
+    }
+    end = FindEndOfLike(first, first + room);
+    const auto count = static_cast<std::size_t>(end - first);
+    const EnumOrvGenericsTemporality t = (*first)->GetTemporality();
+    NodeAccess::NoteTemporalityOfNew(target, t);
+    LeafRun<T> run(tree, &target, count, t, kChangesInVector);
+    auto index = static_cast<int>(elements.size());
+    elements.resize(elements.size() + count);
+    for (Node** place = elements.data() + index; first != end; ++first) {
+        *place++ = CopyNext(run, **first, index++);
+    }
+    return count;
+}
+
+/// Copies elements of one kind as long as they come; answers false where there is no node to be had.
+template <class T>
+bool CopyElements(TreeImpl& tree, Vector& target, Copied& copied, Node*& next) {
+    Node* const* place = copied.children.GetTaken();
+    Node* const* const end = copied.children.GetRunEnd();
+    NodeAccess::NoteChild(target);
+    while (place != end && (*place)->GetType() == T::StaticType) {
+        if (const std::size_t count = CopyRun<T>(tree, target, place, end)) {
+            place += count;
+            continue;
+        }
+        T* const copy = NodeAccess::Append<T>(target, kChangesInVector);
+        if (copy == nullptr) {
+            return false;
+        }
+        FillLeaf(*copy, static_cast<T&>(**place++));
+    }
+    copied.children.GoOnAt(place);
+    next = copied.children.Next();
+    return true;
+}
+
+bool CopyElement(Vector& target, Node& source) {
+    return Populated(target.Add(source.GetType(), source.GetSemanticTag()), source) != nullptr;
+}
+
+/// Copies the leaves like the one that has been taken last, of the kind T, which come next into the overflow store, as long as
+/// neither that nor the tree needs memory for them: at least that one, or false.
+template <class T>
+[[gnu::noinline]] bool CopyRunBeyond(TreeImpl& tree, const MapChildren& target, ChildCursor& children) {
+    Node* const* place = children.GetTaken();
+    const auto rest = static_cast<std::size_t>(children.GetRunEnd() - place);
+    const std::size_t room = LeafRun<T>::Count(tree, (std::min)(target.overflow->CountAppendable(), rest));
+    if (room == 0) {
+        return false;
+    }
+    Node* const* const end = FindEndOfLike(place, place + room);
+    const auto count = static_cast<std::size_t>(end - place);
+    const EnumOrvGenericsTemporality t = (*place)->GetTemporality();
+    NodeAccess::NoteTemporalityOfNew(target.map, t);
+    LeafRun<T> run(tree, &target.map, count, t, kChangesInMap);
+    MapOverflow::AppendRun store(*target.overflow);
+    for (; place != end; ++place) {
+        const int index = (*place)->GetIndex();
+        store.Append(index, CopyNext(run, **place, index));
+    }
+    children.GoOnAt(end);
+    return true;
+}
+
+/// The same for whatever leaf has been taken last; false, with nothing done, where that is none to be copied so.
+bool CopyRunBeyond(TreeImpl& tree, const MapChildren& target, ChildCursor& children, const Node& source) {
+    if (!target.HasRoom(source.GetIndex())) {
+        return false;
+    }
+    switch (source.GetType()) {
+        case NodeTypeInteger: return CopyRunBeyond<Integer>(tree, target, children);
+        case NodeTypeGlobalID: return CopyRunBeyond<GlobalID>(tree, target, children);
+        case NodeTypeDouble: return CopyRunBeyond<Double>(tree, target, children);
+        case NodeTypeBoolean: return CopyRunBeyond<Boolean>(tree, target, children);
+        case NodeTypeInteger64: return CopyRunBeyond<Integer64>(tree, target, children);
+        case NodeTypeString:
+        case NodeTypeVector:
+        case NodeTypeMap:
+        case NodeTypeIntegerSet:
+        case NodeTypeIdSet:
+        case NodeTypeStringSet:
+        case NodeTypeDoubleSet: break;
+    }
+    return false;
+}
+
+}  // namespace
+
+Node* MakeInMap(const MapChildren& target, Node& source, Composite& parent) {
+    const int index = source.GetIndex();
+    if (index < 0) {
+        // Only where a node was inserted into a vector, too, and taken out there: NewNode says what is wrong.
+        return target.map.NewNode(index, source.GetType(), false, source.GetSemanticTag());
+    }
+    return target.HasRoom(index) ? target.NewInRoom(index, source.GetType(), source.GetSemanticTag())
+                                 : NewNodeInMap(target, index, source.GetType(), false, source.GetSemanticTag(),
+                                                CountMissing(target, parent));
+}
+
+Node* CopyLeavesIntoVector(TreeImpl& tree, Vector& target, Copied& copied, Node* child) {
+    bool goesOn = true;
+    while (goesOn && child != nullptr && !IsCompositeType(child->GetType())) {
+        const auto& elements = NodeAccess::GetChildren(target);
+        if (!elements.empty() && elements.front()->GetType() != child->GetType()) {
+            Raise(Texts::DifferentChildren);
+        }
+        switch (child->GetType()) {
+            case NodeTypeInteger: goesOn = CopyElements<Integer>(tree, target, copied, child); break;
+            case NodeTypeGlobalID: goesOn = CopyElements<GlobalID>(tree, target, copied, child); break;
+            case NodeTypeDouble: goesOn = CopyElements<Double>(tree, target, copied, child); break;
+            case NodeTypeBoolean: goesOn = CopyElements<Boolean>(tree, target, copied, child); break;
+            case NodeTypeInteger64: goesOn = CopyElements<Integer64>(tree, target, copied, child); break;
+            case NodeTypeString:
+            case NodeTypeVector:
+            case NodeTypeMap:
+            case NodeTypeIntegerSet:
+            case NodeTypeIdSet:
+            case NodeTypeStringSet:
+            case NodeTypeDoubleSet:
+                goesOn = CopyElement(target, *child);
+                child = goesOn ? copied.children.Next() : child;
+                break;
+        }
+    }
+    return goesOn ? child : nullptr;
+}
+
+Node* CopyLeavesIntoMap(TreeImpl& tree, Map& target, Copied& copied, Node* child) {
+    const MapChildren places(target);
+    ChildCursor children = copied.children;
+    for (; child != nullptr; child = children.Next()) {
+        const bool isComposite = IsCompositeType(child->GetType());
+        if (!IsCopied(*child)) {
+            // kept-on-purpose: copy-lifts-hidden-children
+            if (isComposite && !NodeAccess::CopyHidden(target, static_cast<Composite&>(*child), kFlagsOfAllBelow)) {
+                return nullptr;
+            }
+        } else if (isComposite) {
+            break;
+        } else if ((places.IsSlot(child->GetIndex()) || !CopyRunBeyond(tree, places, children, *child)) &&
+                   CopyLeafIntoMap(tree, places, *child, copied.source) == nullptr) {
+            return nullptr;
+        }
+    }
+    copied.children = children;
+    return child;
+}
+
+}  // namespace KivGenerics
