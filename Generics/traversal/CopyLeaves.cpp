@@ -118,7 +118,8 @@ std::size_t CopyFew(TreeImpl& tree, Vector& target, Node* const* first, std::siz
         T* const copy = tree.CreateNext<T>(&target, index++, kChangesInVector);
         NodeAccess::AppendInRoom(target, copy);
         FillLeaf(*copy, static_cast<T&>(**place));
-    } while (++place != end && (*place)->GetType() == T::StaticType);
+        ++place;
+    } while (place != end && (*place)->GetType() == T::StaticType);
     return static_cast<std::size_t>(place - first);
 }
 
