@@ -9,7 +9,8 @@ constexpr int kSmall = 10'000;
 constexpr int kMiddle = 100'000;
 constexpr int kLarge = 1'000'000;
 constexpr int kHuge = 10'000'000;
-// So that a sample of the smallest tree takes its time: a record has sixteen nodes, and as many look-ups as in a large tree.
+// How often a sample goes over the smallest tree, so that the clock sees enough of it. A record is sixteen nodes, and each pass
+// looks up as much as in a large tree: few passes do.
 constexpr int kPassesOfNumbers = 25;
 constexpr int kPassesOfRecords = 3;
 
