@@ -10,7 +10,7 @@ namespace {
 struct Form {
     const char* name;
     Shape fill;
-    Shape fillTyped;  // or null
+    Shape fillTyped;
     std::size_t size;
 };
 
@@ -18,8 +18,8 @@ struct Form {
 constexpr Form kForms[] = {
     {"numbers", FillNumbers, FillNumbersTyped, kNodesOfTree},
     {"records", FillRecords, FillRecordsTyped, kNodesOfTree},
-    {"sparse", FillSparse, nullptr, kNodesOfTree},
-    {"nested", FillNested, nullptr, 2'500},
+    {"sparse", FillSparse, FillSparseTyped, kNodesOfTree},
+    {"nested", FillNested, FillNestedTyped, 2'500},
 };
 
 std::function<void(Input&)> Filling(Shape fill, std::size_t size) {
@@ -63,9 +63,7 @@ std::vector<Count> ListTreeCounts() {
             return CountNodes(*input.tree);
         };
         counts.push_back({"build", form.name, getUnits, prepareNothing, fill});
-        if (form.fillTyped != nullptr) {
-            counts.push_back({"build-typed", form.name, getUnits, prepareNothing, Filling(form.fillTyped, form.size)});
-        }
+        counts.push_back({"build-typed", form.name, getUnits, prepareNothing, Filling(form.fillTyped, form.size)});
         ListLookupCounts(counts, form.name, fill);
         ListCommonCounts(counts, form.name, fill, getUnits);
         ListChanges(counts, form, getUnits);

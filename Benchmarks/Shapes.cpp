@@ -77,6 +77,35 @@ void AddRecords(Tree& tree, std::size_t nodes) {
     }
 }
 
+template <class By>
+void AddSparse(Tree& tree, std::size_t nodes) {
+    constexpr int kFields = 40;
+    Vector& list = NewList(tree);
+    for (std::size_t i = 0; i < nodes / (kFields + 1); ++i) {
+        Map& map = *By::template Add<Map>(list);
+        for (int field = 0; field < kFields; ++field) {
+            By::template New<Integer>(map, field * 7)->Set(field);
+        }
+    }
+}
+
+// Vectors are copied only when their children are of one kind, so the numbers of a level stand in a vector of their own.
+template <class By>
+void AddNested(Tree& tree, std::size_t nodes) {
+    constexpr std::size_t kLevels = 500;
+    constexpr std::size_t kNodesOfLevel = 5;
+    Vector& list = NewList(tree);
+    for (std::size_t i = 0; i < nodes / (kLevels * kNodesOfLevel); ++i) {
+        Vector* vector = By::template Add<Vector>(list);
+        for (std::size_t level = 1; level < kLevels; ++level) {
+            Vector& inner = *By::template Add<Vector>(*vector);
+            inner.SetTemporality(level % 2 == 0 ? TemporalityPersistent : TemporalityTransient);
+            AddNumbers<By>(*By::template Add<Vector>(*vector), 3);
+            vector = &inner;
+        }
+    }
+}
+
 class Counter final : public VisitorNode {
 public:
     VisitCode VisitNode(Node*, bool, NodeType) override {
@@ -105,30 +134,19 @@ void FillRecordsTyped(Tree& tree, std::size_t nodes) {
 }
 
 void FillSparse(Tree& tree, std::size_t nodes) {
-    constexpr int kFields = 40;
-    Vector& list = NewList(tree);
-    for (std::size_t i = 0; i < nodes / (kFields + 1); ++i) {
-        auto* const map = node_cast<Map>(list.Add(NodeTypeMap));
-        for (int field = 0; field < kFields; ++field) {
-            node_cast<Integer>(map->NewNode(field * 7, NodeTypeInteger))->Set(field);
-        }
-    }
+    AddSparse<ByType>(tree, nodes);
 }
 
-// Vectors are copied only when their children are of one kind, so the numbers of a level stand in a vector of their own.
+void FillSparseTyped(Tree& tree, std::size_t nodes) {
+    AddSparse<ByKind>(tree, nodes);
+}
+
 void FillNested(Tree& tree, std::size_t nodes) {
-    constexpr std::size_t kLevels = 500;
-    constexpr std::size_t kNodesOfLevel = 5;
-    Vector& list = NewList(tree);
-    for (std::size_t i = 0; i < nodes / (kLevels * kNodesOfLevel); ++i) {
-        auto* vector = node_cast<Vector>(list.Add(NodeTypeVector));
-        for (std::size_t level = 1; level < kLevels; ++level) {
-            auto* const inner = node_cast<Vector>(vector->Add(NodeTypeVector));
-            inner->SetTemporality(level % 2 == 0 ? TemporalityPersistent : TemporalityTransient);
-            AddNumbers<ByType>(*node_cast<Vector>(vector->Add(NodeTypeVector)), 3);
-            vector = inner;
-        }
-    }
+    AddNested<ByType>(tree, nodes);
+}
+
+void FillNestedTyped(Tree& tree, std::size_t nodes) {
+    AddNested<ByKind>(tree, nodes);
 }
 
 std::size_t CountNodes(Tree& tree) {

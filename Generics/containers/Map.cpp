@@ -1,5 +1,7 @@
 #include <KivGenerics/Map.h>
 
+#include <new>
+
 #include "core/MapChildren.h"
 #include "core/Raise.h"
 #include "core/Texts.h"
@@ -13,6 +15,19 @@ void Map::CheckIndex(int index) {
     }
 }
 
+// What cannot be done here, NewNode does or says why not.
+bool Map::MakeRoom(int index) noexcept {
+    Overflow* const overflow = GetOverflow();
+    if (index < slotCount_ || index > kGreatestIndex || overflow == nullptr || NodeAccess::GetTree(*this)->IsReadOnly()) {
+        return false;
+    }
+    try {
+        return overflow->MakeAppendable(index);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
 Node* Map::NewInRoom(int index, NodeType type, SemanticTag tag) {
     TreeImpl& tree = *NodeAccess::GetTree(*this);
     Node* const node = tree.CreateNode(type, this, index, tag);
@@ -23,6 +38,18 @@ Node* Map::NewInRoom(int index, NodeType type, SemanticTag tag) {
         NodeAccess::ForgetEmpty(*node);
     }
     return node;
+}
+
+Map* Map::NewMapInRoom(int index, SemanticTag tag) {
+    TreeImpl& tree = *NodeAccess::GetTree(*this);
+    tree.CheckReadOnly();
+    Map* const map = tree.CreateMap(this, index, tag);
+    if (map != nullptr) {
+        Put(index, map);
+        tree.CountMore(1);
+        MakePersistent(*map);
+    }
+    return map;
 }
 
 Node* Map::GetFromOverflow(int index) const noexcept {

@@ -14,12 +14,6 @@
 
 namespace KivGenerics {
 
-Vector::Vector(TreeImpl* tree) noexcept
-    : Composite(tree, StaticType), children_(KivBase::Allocator<Node*>(tree->GetBuffer())) {}
-
-Vector::Vector(TreeImpl* tree, Composite* parent, int index) noexcept
-    : Composite(tree, parent, index, StaticType), children_(KivBase::Allocator<Node*>(tree->GetBuffer())) {}
-
 void Vector::CheckIndex(int index) const {
     if (index < 0 || static_cast<std::size_t>(index) > children_.size()) {
         Raise(Texts::IndexOutOfRange);
@@ -107,15 +101,17 @@ Node* Vector::Add(NodeType type, SemanticTag tag) {
     return node;
 }
 
-Vector* Vector::AddVector() {
-    CheckKind(StaticType);
+Map* Vector::AddMap(SemanticTag tag) {
+    CheckKind(NodeTypeMap);
     NeedRoom();
-    auto* const node = NodeAccess::GetTree(*this)->Create<Vector>(this, static_cast<int>(children_.size()));
-    if (node != nullptr) {
+    TreeImpl& tree = *NodeAccess::GetTree(*this);
+    tree.CheckReadOnly();
+    Map* const map = tree.CreateMap(this, static_cast<int>(children_.size()), tag);
+    if (map != nullptr) {
         NoteChild();
-        Append(node);
+        Append(map);
     }
-    return node;
+    return map;
 }
 
 Node* Vector::Insert(int index, NodeType type, SemanticTag tag) {

@@ -191,6 +191,7 @@ struct NodeAccess {
     static Node* NewInRoom(Map& map, int index, NodeType type, SemanticTag tag) {
         return map.NewInRoom(index, type, tag);
     }
+    static Map* NewMapInRoom(Map& map, int index, SemanticTag tag) { return map.NewMapInRoom(index, tag); }
 
     static VisitCode IterateInner(Node& node, Visitor* visitor, SemanticTag tag, int flags) {
         return node.IterateInner(visitor, tag, flags);

@@ -36,7 +36,10 @@ Node* NodeSource::Reuse(NodeType type, Composite* parent, int index) noexcept {
     return node;
 }
 
-Node* TreeImpl::ConstructMap(Composite* parent, int index, SemanticTag tag) {
+inline Map* TreeImpl::ConstructMap(Composite* parent, int index, SemanticTag tag) {
+    if (tag == SemanticTagNone) {
+        return Construct<MapImpl<DefaultMapSlotCount>>(parent, index);
+    }
     switch (GetSlotCountForSemanticTag(tag)) {
         case 1: return Construct<MapImpl<1>>(parent, index);
         case 2: return Construct<MapImpl<2>>(parent, index);
@@ -57,17 +60,17 @@ Node* TreeImpl::ConstructMap(Composite* parent, int index, SemanticTag tag) {
     }
 }
 
-Node* TreeImpl::CreateMap(Composite* parent, int index, SemanticTag tag) {
-    Node* node = forest_->TakeReusableMap(tag);
-    if (node != nullptr) {
-        Adopt(*node, parent, index);
+Map* TreeImpl::CreateMap(Composite* parent, int index, SemanticTag tag) {
+    auto* map = static_cast<Map*>(forest_->TakeReusableMap(tag));
+    if (map != nullptr) {
+        Adopt(*map, parent, index);
     } else {
-        node = ConstructMap(parent, index, tag);
+        map = ConstructMap(parent, index, tag);
     }
-    if (node != nullptr && tag != SemanticTagNone) {
-        static_cast<Map*>(node)->SetSemanticTag(tag);
+    if (map != nullptr && tag != SemanticTagNone) {
+        map->SetSemanticTag(tag);
     }
-    return node;
+    return map;
 }
 
 namespace {

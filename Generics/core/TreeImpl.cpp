@@ -137,7 +137,7 @@ bool TreeImpl::IsReadOnly() const {
 }
 
 int TreeImpl::GetChangeCount() const {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(changes_ - countedFrom_));
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(CountChanges() - countedFrom_));
 }
 
 // kept-on-purpose: root-not-recycled
@@ -228,7 +228,7 @@ void TreeImpl::SetReadOnly() {
 
 void TreeImpl::ResetChangeCount() {
     CheckReadOnly();
-    countedFrom_ = changes_;
+    countedFrom_ = CountChanges();
 }
 
 // Numbers wrap at 32 bits, so that no key can overflow them; ":" alone reads as "0:".
@@ -274,7 +274,7 @@ void TreeImpl::UpdateDerivedTemporality() {
     } else {
         CalculateAll();
     }
-    updatedAt_ = changes_;
+    updatedAt_ = CountChanges();
     temporalityUpdated_ = true;
 }
 

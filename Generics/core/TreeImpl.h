@@ -14,6 +14,7 @@
 namespace KivGenerics {
 
 class ArchiveWriter;
+class Map;
 
 /// The one implementation of Tree.
 class TreeImpl final : public Tree, public NodeSource {
@@ -57,7 +58,7 @@ public:
     /// CreateNode for a kind known when compiling that has no tag.
     template <class T>
     T* Create(Composite* parent, int index) {
-        if constexpr (IsPlain<T>) {
+        if constexpr (IsMadeInline<T>) {
             return NodeSource::Create<T>(parent, index);
         } else {
             CheckReadOnly();
@@ -68,7 +69,7 @@ public:
     /// Create, which counts one change, and `changes` - 1 more for what the caller does to the new node at once.
     template <class T>
     T* CreateChanged(Composite* parent, int index, std::uint32_t changes) {
-        if constexpr (IsPlain<T>) {
+        if constexpr (IsMadeInline<T>) {
             if (CanCreateNext<T>()) {
                 return CreateNext<T>(parent, index, changes);
             }
@@ -80,7 +81,7 @@ public:
         return node;
     }
     /// CreateNode for a map of a tree that is not read-only; the change is not counted.
-    Node* CreateMap(Composite* parent, int index, SemanticTag tag);
+    Map* CreateMap(Composite* parent, int index, SemanticTag tag);
     /// True when nodes of a plain kind come straight from the buffer: the tree is not read-only, and none waits to be reused.
     template <class T>
     bool MayTake() const noexcept {
@@ -111,7 +112,6 @@ public:
     /// and nothing else may stand there.
     bool IsAllOnScale() const noexcept { return isAllOnScale_ && !hasStrays_ && HasUpdatedTemporality(); }
     ForestImpl* GetForest() const noexcept { return forest_; }
-    KivBase::Buffer* GetBuffer() const noexcept { return buffer_; }
 
 private:
     friend class NodeSource;
@@ -124,7 +124,7 @@ private:
     void CalculateAll();
     std::int32_t Save(const ArchiveWriter& out, bool withTransient, int slotFlags);
     std::int32_t Load(ArchiveDecoder& decoder);
-    Node* ConstructMap(Composite* parent, int index, SemanticTag tag);
+    Map* ConstructMap(Composite* parent, int index, SemanticTag tag);
 
     KivSynch::AtomicLong refCount_;
     Node* root_ = nullptr;

@@ -25,33 +25,18 @@ void MakeRoom(Composite& target, Composite& source) {
     return static_cast<Composite*>(child);
 }
 
-/// MakeInMap for a composite that comes into a slot.
-Composite* MakeInSlot(TreeImpl& tree, Map& target, Node*& slot, const Composite& source) {
-    Node* copy = nullptr;
-    if (source.GetType() == NodeTypeMap) {
-        tree.CheckReadOnly();
-        copy = tree.CreateMap(&target, source.GetIndex(), source.GetSemanticTag());
-    } else {
-        copy = tree.Create<Vector>(&target, source.GetIndex());
-    }
-    if (copy != nullptr) {
-        tree.CountMore(1);
-        NodeAccess::NoteChild(target);
-        slot = copy;
-        NodeAccess::SetTemporalityOfNew(*copy, TemporalityPersistent);
-        NodeAccess::ForgetEmpty(*copy);
-    }
-    return static_cast<Composite*>(copy);
-}
-
 /// Makes the copy of a composite, still empty, where it belongs; null where there is no node to be had.
-Composite* CopyComposite(TreeImpl& tree, Copied& copied, Composite& source) {
+Composite* CopyComposite(Copied& copied, Composite& source) {
     if (!copied.isVector) {
-        const MapChildren target(static_cast<Map&>(copied.target));
+        auto& target = static_cast<Map&>(copied.target);
         const int index = source.GetIndex();
-        return target.IsSlot(index) && target.slots[index] == nullptr
-                   ? MakeInSlot(tree, target.map, target.slots[index], source)
-                   : static_cast<Composite*>(MakeInMap(target, source, copied.source));
+        if (!NodeAccess::HasRoom(target, index)) {
+            return static_cast<Composite*>(MakeInMap(MapChildren(target), source, copied.source));
+        }
+        if (source.GetType() == NodeTypeMap) {
+            return NodeAccess::NewMapInRoom(target, index, source.GetSemanticTag());
+        }
+        return target.NewNode<Vector>(index);
     }
     auto& vector = static_cast<Vector&>(copied.target);
     const auto& elements = NodeAccess::GetChildren(vector);
@@ -85,7 +70,7 @@ void CopyChildren(Composite& target, Composite& source) {
     path.Push(target, source);
     Composite* below = CopyLeaves(tree, path.Top());
     while (true) {
-        Composite* const copy = below != nullptr ? CopyComposite(tree, path.Top(), *below) : nullptr;
+        Composite* const copy = below != nullptr ? CopyComposite(path.Top(), *below) : nullptr;
         if (copy != nullptr) {
             Composite& original = *below;
             TakeOver(tree, *copy, original);

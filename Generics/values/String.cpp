@@ -6,12 +6,6 @@
 
 namespace KivGenerics {
 
-String::String(TreeImpl* tree) noexcept
-    : Node(tree, StaticType), value_(KivBase::Allocator<char16_t>(tree->GetBuffer())) {}
-
-String::String(TreeImpl* tree, Composite* parent, int index) noexcept
-    : Node(tree, parent, index, StaticType), value_(KivBase::Allocator<char16_t>(tree->GetBuffer())) {}
-
 void String::Set(const KivBase::WString& value) {
     NodeAccess::GetTree(*this)->CheckReadOnly();
     if (&value != &value_) {

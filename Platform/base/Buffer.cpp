@@ -44,25 +44,19 @@ public:
     }
 
     void* Allocate(std::size_t size, std::size_t alignment) override {
+        // What is rare is called last, so that what nearly all requests need keeps nothing on the stack.
         if (size > largest_ || alignment > kGranule) {
             return AllocateApart(size, alignment);
         }
         const SizeClass sizeClass = GetSizeClass(size);
-        void* memory = free_[sizeClass.index];
-        if (memory != nullptr) {
-            Unpoison(memory, sizeClass.size);
-            free_[sizeClass.index] = static_cast<FreeMemory*>(memory)->next;
+        void* const kept = free_[sizeClass.index];
+        if (kept != nullptr) {
+            Unpoison(kept, sizeClass.size);
+            free_[sizeClass.index] = static_cast<FreeMemory*>(kept)->next;
             kept_ -= sizeClass.size;
-            return memory;
+            return kept;
         }
-        if (GetRest() < sizeClass.size) {
-            AddBlock();
-        }
-        memory = cursor_;
-        cursor_ += sizeClass.size;
-        ShowRest();
-        Unpoison(memory, sizeClass.size);
-        return memory;
+        return GetRest() >= sizeClass.size ? TakeRest(sizeClass.size) : TakeFromNewBlock(sizeClass.size);
     }
 
     std::size_t BytesReserved() const override { return blocks_ * blockSize_ + apartReserved_; }
@@ -107,6 +101,20 @@ private:
         free_[sizeClass.index] = kept;
         kept_ += sizeClass.size;
         Poison(memory, sizeClass.size);
+    }
+
+    /// Memory of the present block, which has so much left.
+    void* TakeRest(std::size_t size) noexcept {
+        void* const memory = cursor_;
+        cursor_ += size;
+        ShowRest();
+        Unpoison(memory, size);
+        return memory;
+    }
+
+    [[gnu::noinline]] void* TakeFromNewBlock(std::size_t size) {
+        AddBlock();
+        return TakeRest(size);
     }
 
     // A block that follows on the present one makes that longer.
@@ -166,7 +174,7 @@ private:
     // Where memory is poisoned none of it is shown, so that every request comes to Allocate.
     void ShowRest() noexcept { end_ = kPoisons ? cursor_ : blockEnd_; }
 
-    void* AllocateApart(std::size_t size, std::size_t alignment) {
+    [[gnu::noinline]] void* AllocateApart(std::size_t size, std::size_t alignment) {
         constexpr auto kMost = static_cast<std::size_t>((std::numeric_limits<std::ptrdiff_t>::max)());
         const std::size_t before = GetRoomBefore(alignment);
         // Nothing larger exists; without the first test an absurd alignment would turn the second one round.

@@ -113,6 +113,40 @@ TEST_F(OutOfMemoryTest, EveryKindIsRefusedAlikeAndMadeAfterwards) {
     }
 }
 
+TEST_F(OutOfMemoryTest, AMapWhoseOverflowStoreCannotGrowStaysAsItWas) {
+    const std::function<Node*(Map&, int)> creations[] = {
+        [](Map& map, int index) { return map.NewNode(index, NodeTypeInteger); },
+        [](Map& map, int index) { return map.NewNode<Integer>(index); },
+        [](Map& map, int index) { return map.NewNode<Vector>(index); },
+    };
+    constexpr int kChildren = 60;
+    constexpr int kMostRequests = 3;
+    int place = 2;
+    for (const auto& create : creations) {
+        Map& map = *root->NewNode<Map>(place++);
+        int refusals = 0;
+        for (int i = 0; i < kChildren; ++i) {
+            for (int served = 0; served < kMostRequests; ++served) {
+                buffers.FailAfter(served, BufferLog::Refusal::Throw);
+                try {
+                    create(map, 100 + i);
+                } catch (const std::bad_alloc&) {
+                    ++refusals;
+                }
+                buffers.Recover();
+                const int size = map.GetSize(TemporalityTemporary);
+                EXPECT_EQ(map.Get(100 + i) != nullptr, size == i + 1) << i;
+                EXPECT_EQ(CheckInvariants(&map), 0) << i;
+                if (size == i + 1) {
+                    break;
+                }
+            }
+            EXPECT_EQ(map.GetSize(TemporalityTemporary), i + 1);
+        }
+        EXPECT_GE(refusals, kChildren);
+    }
+}
+
 TEST_F(OutOfMemoryTest, AVectorMakesRoomForAChildBeforeTheChild) {
     const std::function<void(Vector&)> creations[] = {
         [](Vector& full) { full.Add(NodeTypeInteger); },

@@ -29,7 +29,7 @@ public:
     }
 
     /// Counts `more` changes of a tree that is not read-only.
-    void CountMore(std::uint32_t more) noexcept { changes_ += more; }
+    void CountMore(std::uint32_t more) noexcept { moreChanges_ += more; }
 
     /// A derived temporality was set by itself: it need not be what an update of the whole tree made it.
     void NoteOwnDerived() noexcept { temporalityUpdated_ = false; }
@@ -61,12 +61,16 @@ protected:
         }
     }
 
+    /// The changes since the tree was made, and one more.
+    std::uint64_t CountChanges() const noexcept { return changes_ + moreChanges_; }
     /// True when something has changed since an update.
-    bool IsTemporalityStale() const noexcept { return changes_ != updatedAt_; }
+    bool IsTemporalityStale() const noexcept { return CountChanges() != updatedAt_; }
 
-    std::uint64_t changes_ = 1;  // since the tree was made: one counter says how many and whether there were any
-    std::uint64_t countedFrom_ = 1;  // of them the host is told the later ones
-    std::uint64_t updatedAt_ = 0;  // what it was when the derived temporalities were brought up to date
+    // Two counters: a node that is made and set at once counts in both, and the second does not wait for the first.
+    std::uint64_t changes_ = 1;  // by CheckReadOnly
+    std::uint64_t moreChanges_ = 0;  // by CountMore
+    std::uint64_t countedFrom_ = 1;  // of the changes the host is told the later ones
+    std::uint64_t updatedAt_ = 0;  // how many there were when the derived temporalities were brought up to date
     bool readOnly_ = false;
     bool temporalityUpdated_ = false;  // every derived temporality is what an update made it, unless stale
     bool isAllPersistent_ = false;  // what the update made it is TemporalityPersistent throughout

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 
 #include <KivGenerics/Composite.h>
 #include <KivGenerics/SortedChunks.h>
@@ -50,13 +51,17 @@ public:
     /// NewNode for a kind known when compiling: `NewNode<Integer>(3)`.
     template <class T>
     T* NewNode(int index, SemanticTag tag = SemanticTagNone) {
-        if constexpr (NodeSource::IsPlain<T>) {
+        if constexpr (NodeSource::IsMadeInline<T>) {
             NodeSource& source = GetSource();
-            if (HasRoom(index) && source.CanCreateNext<T>()) {
+            if ((HasRoom(index) || MakeRoom(index)) && source.CanCreateNext<T>()) {
                 T* const node = source.CreateNext<T>(this, index, 2);  // being made, and its temporality
                 Put(index, node);
-                node->state_.temporality = TemporalityPersistent;
+                MakePersistent(*node);
                 return node;
+            }
+        } else if constexpr (std::is_same_v<T, Map>) {
+            if (HasRoom(index)) {
+                return NewMapInRoom(index, tag);
             }
         } else if (HasRoom(index)) {
             return static_cast<T*>(NewInRoom(index, T::StaticType, tag));
@@ -121,6 +126,8 @@ private:
         const Overflow* const overflow = GetOverflow();
         return overflow != nullptr && index <= kGreatestIndex && overflow->CanAppend(index);
     }
+    // Brings it about for an index behind all others, as a rule. False where that cannot be.
+    bool MakeRoom(int index) noexcept;
     [[gnu::always_inline]] void Put(int index, Node* child) noexcept {
         NoteChild();
         if (static_cast<unsigned>(index) < slotCount_) {
@@ -131,6 +138,15 @@ private:
     }
     // NewNode where HasRoom.
     Node* NewInRoom(int index, NodeType type, SemanticTag tag);
+    Map* NewMapInRoom(int index, SemanticTag tag);
+    // The temporality of a child that NewNode has just made.
+    template <class T>
+    static void MakePersistent(T& child) noexcept {
+        child.state_.temporality = TemporalityPersistent;
+        if constexpr (std::is_base_of_v<Composite, T>) {
+            child.ForgetEmptyOfNew();
+        }
+    }
     Node* GetFromOverflow(int index) const noexcept;
 
     SemanticTag tag_ = SemanticTagDefault;

@@ -249,6 +249,11 @@ private:
             tree_->CountEmpty();
         }
     }
+    /// This composite, of which nothing is known but that it has just been made, need not be counted as empty.
+    void ForgetEmptyOfNew() noexcept {
+        state_.derivedAt = state_.derivedAt & ~kEmptyBit;
+        tree_->UncountEmpty();
+    }
     void SetIndex(int index) noexcept { index_ = index; }
     void SetParent(Composite* parent) noexcept { parent_ = parent; }
 

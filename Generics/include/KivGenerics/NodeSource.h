@@ -18,11 +18,15 @@ public:
     template <class T>
     static constexpr bool IsPlain = std::is_trivially_destructible_v<T>;
 
-    /// A node of the plain kind T for `parent` and `index`, reused or new; the caller places it. Counts one change. Null
-    /// where a host's buffer answers null.
+    /// True for the kinds that are made inline: a new one owns nothing besides the node itself, and no tag decides on it.
+    template <class T>
+    static constexpr bool IsMadeInline = IsPlain<T> || std::is_same_v<T, String> || std::is_same_v<T, Vector>;
+
+    /// A node of the kind T for `parent` and `index`, reused or new; the caller places it. Counts one change. Null where a
+    /// host's buffer answers null.
     template <class T>
     T* Create(Composite* parent, int index) {
-        static_assert(IsPlain<T>, "a node with more to it is made by its kind's number");
+        static_assert(IsMadeInline<T>, "a node with more to it is made by its kind's number");
         CheckReadOnly();
         if (waiting_[T::StaticType - 1] != nullptr) {
             return static_cast<T*>(Reuse(T::StaticType, parent, index));
@@ -44,6 +48,9 @@ public:
         CountMore(changes);
         return ::new (buffer_->template TakeNext<T>()) T(this, parent, index);
     }
+
+    /// The buffer of the forest.
+    KivBase::Buffer* GetBuffer() const noexcept { return buffer_; }
 
 protected:
     NodeSource() = default;

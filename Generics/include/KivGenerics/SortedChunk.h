@@ -75,9 +75,6 @@ class SortedChunk : public ChunkHead {
     using Word = std::uint64_t;
 
     static constexpr bool kHasPayload = !std::is_empty_v<Payload>;
-    /// Words of a chunk behind its head. What a chunk leaves when it grows serves others of the same few sizes.
-    static constexpr std::uint16_t kSizes[] = {1, 2, 4, 8, 12, 16, 24, 32, 48, 64, 96, 127};
-
     static constexpr std::size_t GetWordsOf(std::size_t bytes) noexcept {
         return (bytes + sizeof(Word) - 1) / sizeof(Word);
     }
@@ -92,15 +89,21 @@ class SortedChunk : public ChunkHead {
         return static_cast<int>(capacity);
     }
 
+    /// By the words behind the head. What a chunk leaves when it grows serves others of the same few sizes.
+    static constexpr int kCapacities[] = {
+        GetCapacityOf(1),  GetCapacityOf(2),  GetCapacityOf(4),  GetCapacityOf(8),  GetCapacityOf(12), GetCapacityOf(16),
+        GetCapacityOf(24), GetCapacityOf(32), GetCapacityOf(48), GetCapacityOf(64), GetCapacityOf(96), GetCapacityOf(127),
+    };
+
 public:
     /// What the largest chunk holds.
     static constexpr int kMost = GetCapacityOf(127);
 
     /// The capacity of the smallest chunk that holds `count`; at most kMost.
     static int GetCapacityFor(int count) noexcept {
-        for (const std::uint16_t words : kSizes) {
-            if (GetCapacityOf(words) >= count) {
-                return GetCapacityOf(words);
+        for (const int capacity : kCapacities) {
+            if (capacity >= count) {
+                return capacity;
             }
         }
         return kMost;

@@ -91,6 +91,15 @@ public:
         return root_ != nullptr && root_->level == 0 && !root_->IsFull() &&
                Order()(ToLeaf(root_)->GetKeys()[root_->size - 1], key);
     }
+    /// Makes room for `key` in the single chunk that is full, where CanAppend will hold then; else nothing, and false.
+    bool MakeAppendable(const Key& key) {
+        if (root_ == nullptr || root_->level != 0 || !root_->IsFull() || root_->capacity == Leaf::kMost ||
+            !IsAfterAll(key)) {
+            return false;
+        }
+        MakeRoom(key, 0);
+        return true;
+    }
     /// How many keys in ascending order Append will do for, where it does for the first of them.
     std::size_t CountAppendable() const noexcept { return static_cast<std::size_t>(root_->capacity - root_->size); }
     /// Appends to the single chunk, one behind the other; the chunks have these elements when it ends.

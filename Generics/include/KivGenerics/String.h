@@ -41,11 +41,13 @@ protected:
     VisitCode IterateInner(Visitor* visitor, SemanticTag tag, int flags) override;
 
 private:
+    friend class NodeSource;
     friend class TreeImpl;
     friend struct NodeAccess;
 
-    explicit String(TreeImpl* tree) noexcept;
-    String(TreeImpl* tree, Composite* parent, int index) noexcept;
+    explicit String(NodeSource* tree) noexcept : String(tree, nullptr, -1) {}
+    String(NodeSource* tree, Composite* parent, int index) noexcept
+        : Node(tree, parent, index, StaticType), value_(KivBase::Allocator<char16_t>(tree->GetBuffer())) {}
 
     KivBase::WString value_;
 };

@@ -79,17 +79,21 @@ public:
     /// The same for a kind known when compiling: `Add<Integer>()`.
     template <class T>
     T* Add(SemanticTag tag = SemanticTagNone) {
-        if constexpr (NodeSource::IsPlain<T>) {
+        if constexpr (NodeSource::IsMadeInline<T>) {
+            if (children_.size() == children_.capacity()) {
+                CheckKind(T::StaticType);
+                MakeRoom();
+            }
             NodeSource& source = GetSource();
-            if (children_.size() != children_.capacity() && TakesKind(T::StaticType) && source.CanCreateNext<T>()) {
+            if (TakesKind(T::StaticType) && source.CanCreateNext<T>()) {
                 T* const node = source.CreateNext<T>(this, static_cast<int>(children_.size()), 1);
                 NoteChild();
                 Append(node);
                 return node;
             }
         }
-        if constexpr (std::is_same_v<T, Vector>) {
-            return AddVector();
+        if constexpr (std::is_same_v<T, Map>) {
+            return AddMap(tag);
         } else {
             return static_cast<T*>(Add(T::StaticType, tag));
         }
@@ -107,11 +111,13 @@ public:
 
 private:
     friend class Composite;
+    friend class NodeSource;
     friend class TreeImpl;
     friend struct NodeAccess;
 
-    explicit Vector(TreeImpl* tree) noexcept;
-    Vector(TreeImpl* tree, Composite* parent, int index) noexcept;
+    explicit Vector(NodeSource* tree) noexcept : Vector(tree, nullptr, -1) {}
+    Vector(NodeSource* tree, Composite* parent, int index) noexcept
+        : Composite(tree, parent, index, StaticType), children_(KivBase::Allocator<Node*>(tree->GetBuffer())) {}
 
     void CheckIndex(int index) const;
     /// Throws Exception when child 0 is of another kind.
@@ -135,7 +141,7 @@ private:
         }
         children_.push_back(node);
     }
-    Vector* AddVector();
+    Map* AddMap(SemanticTag tag);
     void hInsertNode(int index, Node* node);
     void Renumber(std::size_t from) noexcept;
     void CopyChildren(Vector* source, const Node* forbidden);
