@@ -39,15 +39,63 @@ void FillLeaf(String& copy, String& source) {
     NodeAccess::GetValue(copy).assign(text.data(), CountBeforeNul(text.data(), text.size()));
 }
 
+/// False, with nothing done, where a node waits to be reused or memory has to be asked for.
 template <class T>
-Node* CopyIntoSlot(TreeImpl& tree, Map& target, Node*& slot, Node& source) {
-    T* const copy = tree.CreateChanged<T>(&target, source.GetIndex(), kChangesInMap);
-    if (copy != nullptr) {
-        NodeAccess::NoteChild(target);
-        slot = copy;
-        FillLeaf(*copy, static_cast<T&>(source));
+bool CopyIntoSlot(TreeImpl& tree, Map& target, Node*& slot, Node& source) {
+    if (!tree.CanCreateNext<T>()) {
+        return false;
     }
-    return copy;
+    T* const copy = tree.CreateNext<T>(&target, source.GetIndex(), kChangesInMap);
+    NodeAccess::NoteChild(target);
+    slot = copy;
+    FillLeaf(*copy, static_cast<T&>(source));
+    return true;
+}
+
+/// The same for a leaf of any kind.
+[[gnu::always_inline]] inline bool CopyAnyIntoSlot(TreeImpl& tree, Map& target, Node*& slot, Node& source) {
+    switch (source.GetType()) {
+        case NodeTypeInteger: return CopyIntoSlot<Integer>(tree, target, slot, source);
+        case NodeTypeGlobalID: return CopyIntoSlot<GlobalID>(tree, target, slot, source);
+        case NodeTypeDouble: return CopyIntoSlot<Double>(tree, target, slot, source);
+        case NodeTypeBoolean: return CopyIntoSlot<Boolean>(tree, target, slot, source);
+        case NodeTypeInteger64: return CopyIntoSlot<Integer64>(tree, target, slot, source);
+        case NodeTypeString: return CopyIntoSlot<String>(tree, target, slot, source);
+        case NodeTypeVector:
+        case NodeTypeMap:
+        case NodeTypeIntegerSet:
+        case NodeTypeIdSet:
+        case NodeTypeStringSet:
+        case NodeTypeDoubleSet: break;
+    }
+    return false;
+}
+
+/// Copies the leaves that come next, from the one on that has been taken last, as long as each finds its slot free: at least that
+/// one, or false.
+[[gnu::always_inline]] inline bool CopyRunIntoSlots(TreeImpl& tree, const MapChildren& target, ChildCursor& children) {
+    Map& map = target.map;
+    Node** const slots = target.slots;
+    const int slotCount = target.slotCount;
+    Node* const* const first = children.GetTaken();
+    Node* const* const end = children.GetRunEnd();
+    Node* const* place = first;
+    for (; place != end; ++place) {
+        Node* const source = *place;
+        if (source == nullptr) {
+            continue;
+        }
+        const int index = source->GetIndex();
+        const bool isFree = 0 <= index && index < slotCount && slots[index] == nullptr;
+        if (!isFree || !IsCopied(*source) || !CopyAnyIntoSlot(tree, map, slots[index], *source)) {
+            break;
+        }
+    }
+    if (place == first) {
+        return false;
+    }
+    children.GoOnAt(place);
+    return true;
 }
 
 std::size_t CountOverflow(const MapChildren& children) noexcept {
@@ -66,29 +114,6 @@ Node* Populated(Node* copy, Node& source) {
         copy->Populate(&source);
     }
     return copy;
-}
-
-/// Copies a child of any kind that is no composite; null where there is no node to be had.
-Node* CopyLeafIntoMap(TreeImpl& tree, const MapChildren& target, Node& source, Composite& parent) {
-    const int index = source.GetIndex();
-    if (target.IsSlot(index) && target.slots[index] == nullptr) {
-        Node*& slot = target.slots[index];
-        switch (source.GetType()) {
-            case NodeTypeInteger: return CopyIntoSlot<Integer>(tree, target.map, slot, source);
-            case NodeTypeGlobalID: return CopyIntoSlot<GlobalID>(tree, target.map, slot, source);
-            case NodeTypeDouble: return CopyIntoSlot<Double>(tree, target.map, slot, source);
-            case NodeTypeBoolean: return CopyIntoSlot<Boolean>(tree, target.map, slot, source);
-            case NodeTypeInteger64: return CopyIntoSlot<Integer64>(tree, target.map, slot, source);
-            case NodeTypeString: return CopyIntoSlot<String>(tree, target.map, slot, source);
-            case NodeTypeVector:
-            case NodeTypeMap:
-            case NodeTypeIntegerSet:
-            case NodeTypeIdSet:
-            case NodeTypeStringSet:
-            case NodeTypeDoubleSet: break;
-        }
-    }
-    return Populated(MakeInMap(target, source, parent), source);
 }
 
 /// Makes the next leaf of a run, a copy.
@@ -221,6 +246,12 @@ bool CopyRunBeyond(TreeImpl& tree, const MapChildren& target, ChildCursor& child
     return false;
 }
 
+/// Copies the leaf that has been taken last, and those behind it that can be copied with it; false where even that one cannot.
+[[gnu::always_inline]] inline bool CopyRun(TreeImpl& tree, const MapChildren& target, ChildCursor& children, const Node& source) {
+    return target.IsSlot(source.GetIndex()) ? CopyRunIntoSlots(tree, target, children)
+                                            : CopyRunBeyond(tree, target, children, source);
+}
+
 }  // namespace
 
 Node* MakeInMap(const MapChildren& target, Node& source, Composite& parent) {
@@ -264,7 +295,7 @@ Node* CopyLeavesIntoVector(TreeImpl& tree, Vector& target, Copied& copied, Node*
 
 Node* CopyLeavesIntoMap(TreeImpl& tree, Map& target, Copied& copied, Node* child) {
     const MapChildren places(target);
-    ChildCursor children = copied.children;
+    ChildCursor& children = copied.children;
     for (; child != nullptr; child = children.Next()) {
         const bool isComposite = IsCompositeType(child->GetType());
         if (!IsCopied(*child)) {
@@ -274,12 +305,11 @@ Node* CopyLeavesIntoMap(TreeImpl& tree, Map& target, Copied& copied, Node* child
             }
         } else if (isComposite) {
             break;
-        } else if ((places.IsSlot(child->GetIndex()) || !CopyRunBeyond(tree, places, children, *child)) &&
-                   CopyLeafIntoMap(tree, places, *child, copied.source) == nullptr) {
+        } else if (!CopyRun(tree, places, children, *child) &&
+                   Populated(MakeInMap(places, *child, copied.source), *child) == nullptr) {
             return nullptr;
         }
     }
-    copied.children = children;
     return child;
 }
 
