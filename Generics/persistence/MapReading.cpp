@@ -14,42 +14,44 @@ namespace {
 /// `expected` is the number of children that are still to come, this one included.
 std::int32_t ReadNewChild(const MapChildren& children, ArchiveDecoder& decoder, int index, NodeType type,
                           EnumOrvGenericsTemporality temporality, bool longCount, std::size_t expected) {
-    return ReadChild(decoder, type, temporality, longCount, [&](NodeType kind, SemanticTag tag) {
-        return NewNodeInMap(children, index, kind, false, tag, expected);
+    return ReadChild(decoder, type, temporality, longCount, [&](NodeType kind, SemanticTag tag) -> Node* {
+        return kind == NodeTypeMap && children.HasRoom(index)
+                   ? NodeAccess::NewMapInRoom(children.map, index, tag)
+                   : NewNodeInMap(children, index, kind, false, tag, expected);
     });
 }
 
 /// The changes of NewNode, and of the temporality that was read.
 constexpr std::uint32_t kChanges = 3;
 
-/// Makes a child of a kind known when compiling where there is room, as NewNode would, gives it its temporality and reads it.
+/// Reads a leaf of a kind known when compiling into a free slot; false, with nothing done, where a node waits to be reused or
+/// memory has to be asked for.
 template <class T, class Reader>
-std::int32_t ReadIntoRoom(const MapChildren& children, int index, EnumOrvGenericsTemporality temporality,
-                          Reader& reader) {
-    T* const node = NodeAccess::GetTree(children.map)->CreateChanged<T>(&children.map, index, kChanges);
-    if (node == nullptr) {
-        return ResultOutOfMemory;
+bool ReadIntoSlot(TreeImpl& tree, Map& map, Node*& slot, int index, EnumOrvGenericsTemporality temporality, Reader& reader,
+                  std::int32_t& result) {
+    if (!tree.CanCreateNext<T>()) {
+        return false;
     }
-    if (children.IsSlot(index)) {
-        NodeAccess::NoteChild(children.map);
-        children.slots[index] = node;
-    } else {
-        children.Put(index, node);
-    }
-    NodeAccess::SetTemporalityOfNew(*node, temporality);
-    return ReadValue(*node, reader);
+    T* const leaf = tree.CreateNext<T>(&map, index, kChanges);
+    NodeAccess::NoteChild(map);
+    slot = leaf;
+    NodeAccess::SetTemporalityOfNew(*leaf, temporality);
+    result = ReadValue(*leaf, reader);
+    return true;
 }
 
-std::int32_t ReadLeafIntoRoom(const MapChildren& children, ArchiveDecoder& decoder, const ValueReader& values,
-                              int index, const LeafKind& kind) {
+/// The same for a leaf of any kind that a key names.
+[[gnu::always_inline]] inline bool ReadAnyIntoSlot(TreeImpl& tree, Map& map, Node*& slot, int index,
+                                                   const LeafKind& kind, ArchiveDecoder& decoder,
+                                                   const ValueReader& values, std::int32_t& result) {
     const EnumOrvGenericsTemporality t = kind.temporality;
     switch (kind.type) {
-        case NodeTypeInteger: return ReadIntoRoom<Integer>(children, index, t, values);
-        case NodeTypeGlobalID: return ReadIntoRoom<GlobalID>(children, index, t, values);
-        case NodeTypeString: return ReadIntoRoom<String>(children, index, t, decoder);
-        case NodeTypeDouble: return ReadIntoRoom<Double>(children, index, t, values);
-        case NodeTypeBoolean: return ReadIntoRoom<Boolean>(children, index, t, values);
-        case NodeTypeInteger64: return ReadIntoRoom<Integer64>(children, index, t, values);
+        case NodeTypeInteger: return ReadIntoSlot<Integer>(tree, map, slot, index, t, values, result);
+        case NodeTypeGlobalID: return ReadIntoSlot<GlobalID>(tree, map, slot, index, t, values, result);
+        case NodeTypeString: return ReadIntoSlot<String>(tree, map, slot, index, t, decoder, result);
+        case NodeTypeDouble: return ReadIntoSlot<Double>(tree, map, slot, index, t, values, result);
+        case NodeTypeBoolean: return ReadIntoSlot<Boolean>(tree, map, slot, index, t, values, result);
+        case NodeTypeInteger64: return ReadIntoSlot<Integer64>(tree, map, slot, index, t, values, result);
         case NodeTypeVector:
         case NodeTypeMap:
         case NodeTypeIntegerSet:
@@ -57,7 +59,29 @@ std::int32_t ReadLeafIntoRoom(const MapChildren& children, ArchiveDecoder& decod
         case NodeTypeStringSet:
         case NodeTypeDoubleSet: break;
     }
-    return ReadNewChild(children, decoder, index, kind.type, t, false, 0);
+    return false;
+}
+
+/// Reads leaves into the slots as long as the keys from `next` on name free ones. `next` is the key behind them then.
+[[gnu::always_inline]] inline std::int32_t ReadRunIntoSlots(const MapChildren& children, ArchiveDecoder& decoder,
+                                                            const ValueReader& values, const SlotKey*& next,
+                                                            const SlotKey* end) {
+    Map& map = children.map;
+    TreeImpl& tree = *NodeAccess::GetTree(map);
+    Node** const slots = children.slots;
+    const int slotCount = children.slotCount;
+    std::int32_t result = ResultSuccess;
+    const SlotKey* key = next;
+    for (; result >= 0 && key != end; ++key) {
+        const int index = key->index;
+        const bool isFree = index < slotCount && slots[index] == nullptr;
+        if (!isFree || key->typeCode > 0xFF ||
+            !ReadAnyIntoSlot(tree, map, slots[index], index, DecodeTypeCode(key->typeCode, 0), decoder, values, result)) {
+            break;
+        }
+    }
+    next = key;
+    return result;
 }
 
 /// Reads leaves of one kind into the overflow store, one behind the other, as long as the keys from `next` on name them and
@@ -117,17 +141,18 @@ std::int32_t ReadRunBeyond(const MapChildren& children, ArchiveDecoder& decoder,
     return ResultSuccess;
 }
 
-std::int32_t ReadLeafChild(const MapChildren& children, ArchiveDecoder& decoder, const ValueReader& values,
-                           const SlotKey& key, std::size_t expected) {
+std::int32_t ReadLeafChild(const MapChildren& children, ArchiveDecoder& decoder, const SlotKey& key,
+                           std::size_t expected) {
     const bool hasExtra = key.typeCode > 0xFF;
     const LeafKind kind =
         DecodeTypeCode(hasExtra ? key.typeCode >> 8 : key.typeCode, hasExtra ? key.typeCode & 0xFF : 0);
     if (!IsKnownType(kind.type)) {
         return SkipWords(decoder, kind.extraWords);
     }
-    return children.HasRoom(key.index)
-               ? ReadLeafIntoRoom(children, decoder, values, key.index, kind)
-               : ReadNewChild(children, decoder, key.index, kind.type, kind.temporality, false, expected);
+    if (kind.type == NodeTypeString && children.HasRoom(key.index)) {
+        return ReadNew(children.map.NewNode<String>(key.index), kind.temporality, decoder, false);
+    }
+    return ReadNewChild(children, decoder, key.index, kind.type, kind.temporality, false, expected);
 }
 
 /// Reads leaves as long as the keys from `next` on, of which there is one, name them; `next` is the key behind them then. No part
@@ -135,29 +160,17 @@ std::int32_t ReadLeafChild(const MapChildren& children, ArchiveDecoder& decoder,
 [[gnu::noinline]] std::int32_t ReadLeafChildren(const MapChildren& children, ArchiveDecoder& decoder,
                                                 const SlotKey*& next, const SlotKey* end) {
     const ValueReader values(decoder);
+    std::int32_t result = ResultSuccess;
     do {
-        const auto expected = static_cast<std::size_t>(end - next);
-        const SlotKey& key = *next++;
-        std::int32_t result = ReadLeafChild(children, decoder, values, key, expected);
-        if (result >= 0 && !children.IsSlot(key.index) && next != end) {
-            result = ReadRunBeyond(children, decoder, next, end);
+        const SlotKey* const first = next;
+        result = children.IsSlot(first->index) ? ReadRunIntoSlots(children, decoder, values, next, end)
+                                               : ReadRunBeyond(children, decoder, next, end);
+        if (result >= 0 && next == first) {
+            ++next;
+            result = ReadLeafChild(children, decoder, *first, static_cast<std::size_t>(end - first));
         }
-        if (result < 0) {
-            return result;
-        }
-    } while (next != end && next->typeCode != 0);
-    return ResultSuccess;
-}
-
-std::int32_t ReadVectorIntoRoom(const MapChildren& children, ArchiveDecoder& decoder, int index,
-                                const ObjectKind& kind) {
-    Vector* const vector = NodeAccess::GetTree(children.map)->CreateChanged<Vector>(&children.map, index, kChanges);
-    if (vector == nullptr) {
-        return ResultOutOfMemory;
-    }
-    children.Put(index, vector);
-    NodeAccess::SetTemporalityOfNew(*vector, kind.temporality);
-    return vector->ReadFromArchive(decoder, kind.longCount);
+    } while (result >= 0 && next != end && next->typeCode != 0);
+    return result < 0 ? result : ResultSuccess;
 }
 
 std::int32_t ReadObjectChild(const MapChildren& children, ArchiveDecoder& decoder, const SlotKey& key,
@@ -171,7 +184,7 @@ std::int32_t ReadObjectChild(const MapChildren& children, ArchiveDecoder& decode
     if (IsKnownType(kind.type)) {
         result =
             kind.type == NodeTypeVector && children.HasRoom(key.index)
-                ? ReadVectorIntoRoom(children, decoder, key.index, kind)
+                ? ReadNew(children.map.NewNode<Vector>(key.index), kind.temporality, decoder, kind.longCount)
                 : ReadNewChild(children, decoder, key.index, kind.type, kind.temporality, kind.longCount, expected);
     }
     return result < 0 ? result : decoder.EndReadObject();

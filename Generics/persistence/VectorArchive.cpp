@@ -168,7 +168,9 @@ std::int32_t ReadObjects(Vector& vector, ArchiveDecoder& decoder, std::uint32_t 
             result = ReadNew(NodeAccess::Append<Vector>(vector), kind.temporality, decoder, kind.longCount);
         } else {
             result = ReadChild(decoder, kind.type, kind.temporality, kind.longCount,
-                               [&](NodeType type, SemanticTag tag) { return vector.Add(type, tag); });
+                               [&](NodeType type, SemanticTag tag) -> Node* {
+                                   return type == NodeTypeMap ? vector.Add<Map>(tag) : vector.Add(type, tag);
+                               });
         }
         if (result >= 0) {
             result = decoder.EndReadObject();
