@@ -18,7 +18,8 @@ void Map::CheckIndex(int index) {
 // What cannot be done here, NewNode does or says why not.
 bool Map::MakeRoom(int index) noexcept {
     Overflow* const overflow = GetOverflow();
-    if (index < slotCount_ || index > kGreatestIndex || overflow == nullptr || NodeAccess::GetTree(*this)->IsReadOnly()) {
+    if (index < slotCount_ || index > kGreatestIndex || overflow == nullptr ||
+        NodeAccess::GetTree(*this)->IsReadOnly()) {
         return false;
     }
     try {

@@ -27,8 +27,8 @@ constexpr std::uint32_t kChanges = 3;
 /// Reads a leaf of a kind known when compiling into a free slot; false, with nothing done, where a node waits to be reused or
 /// memory has to be asked for.
 template <class T, class Reader>
-bool ReadIntoSlot(TreeImpl& tree, Map& map, Node*& slot, int index, EnumOrvGenericsTemporality temporality, Reader& reader,
-                  std::int32_t& result) {
+bool ReadIntoSlot(TreeImpl& tree, Map& map, Node*& slot, int index, EnumOrvGenericsTemporality temporality,
+                  Reader& reader, std::int32_t& result) {
     if (!tree.CanCreateNext<T>()) {
         return false;
     }
@@ -76,7 +76,8 @@ bool ReadIntoSlot(TreeImpl& tree, Map& map, Node*& slot, int index, EnumOrvGener
         const int index = key->index;
         const bool isFree = index < slotCount && slots[index] == nullptr;
         if (!isFree || key->typeCode > 0xFF ||
-            !ReadAnyIntoSlot(tree, map, slots[index], index, DecodeTypeCode(key->typeCode, 0), decoder, values, result)) {
+            !ReadAnyIntoSlot(tree, map, slots[index], index, DecodeTypeCode(key->typeCode, 0), decoder, values,
+                             result)) {
             break;
         }
     }

@@ -247,7 +247,8 @@ bool CopyRunBeyond(TreeImpl& tree, const MapChildren& target, ChildCursor& child
 }
 
 /// Copies the leaf that has been taken last, and those behind it that can be copied with it; false where even that one cannot.
-[[gnu::always_inline]] inline bool CopyRun(TreeImpl& tree, const MapChildren& target, ChildCursor& children, const Node& source) {
+[[gnu::always_inline]] inline bool CopyRun(TreeImpl& tree, const MapChildren& target, ChildCursor& children,
+                                           const Node& source) {
     return target.IsSlot(source.GetIndex()) ? CopyRunIntoSlots(tree, target, children)
                                             : CopyRunBeyond(tree, target, children, source);
 }

@@ -91,8 +91,9 @@ class SortedChunk : public ChunkHead {
 
     /// By the words behind the head. What a chunk leaves when it grows serves others of the same few sizes.
     static constexpr int kCapacities[] = {
-        GetCapacityOf(1),  GetCapacityOf(2),  GetCapacityOf(4),  GetCapacityOf(8),  GetCapacityOf(12), GetCapacityOf(16),
-        GetCapacityOf(24), GetCapacityOf(32), GetCapacityOf(48), GetCapacityOf(64), GetCapacityOf(96), GetCapacityOf(127),
+        GetCapacityOf(1),  GetCapacityOf(2),  GetCapacityOf(4),  GetCapacityOf(8),
+        GetCapacityOf(12), GetCapacityOf(16), GetCapacityOf(24), GetCapacityOf(32),
+        GetCapacityOf(48), GetCapacityOf(64), GetCapacityOf(96), GetCapacityOf(127),
     };
 
 public:
