@@ -14,17 +14,17 @@ constexpr int kHuge = 10'000'000;
 constexpr int kPassesOfNumbers = 25;
 constexpr int kPassesOfRecords = 3;
 
-Series MeasureSeries(const Request& request, Shape shape, int smallPasses, Series series,
-                     const std::function<void(const Workload&, int round)>& progress) {
+void MeasureSeries(const Request& request, Shape shape, int smallPasses, Series& series, const Progress& progress,
+                   const std::function<void()>& keep) {
     for (const int size : series.sizes) {
         Request one = request;
         one.workloads = {{series.name, series.unit, shape, size, size == kSmall ? smallPasses : 1}};
         if (size == series.sizes.back()) {
             one.systems.resize(1);
         }
-        series.cells.push_back(Measure(one, progress).front());
+        series.cells.push_back(Measure(one, progress, [](const Cells&) {}).front());
+        keep();
     }
-    return series;
 }
 
 bool IsOfWholeTree(Operation operation) {
@@ -33,12 +33,15 @@ bool IsOfWholeTree(Operation operation) {
 
 }  // namespace
 
-std::vector<Series> MeasureGrowth(const Request& request,
-                                  const std::function<void(const Workload&, int round)>& progress) {
-    return {MeasureSeries(request, Shape::Numbers, kPassesOfNumbers,
-                          {"W1", "Integers", {kSmall, kMiddle, kLarge, kHuge}, {}}, progress),
-            MeasureSeries(request, Shape::Records, kPassesOfRecords, {"W2", "records", {kSmall, kMiddle, kLarge}, {}},
-                          progress)};
+std::vector<Series> MeasureGrowth(const Request& request, const Progress& progress,
+                                  const std::function<void(const std::vector<Series>&)>& keep) {
+    std::vector<Series> all;
+    const auto keepAll = [&] { keep(all); };
+    all.push_back({"W1", "Integers", {kSmall, kMiddle, kLarge, kHuge}});
+    MeasureSeries(request, Shape::Numbers, kPassesOfNumbers, all.back(), progress, keepAll);
+    all.push_back({"W2", "records", {kSmall, kMiddle, kLarge}});
+    MeasureSeries(request, Shape::Records, kPassesOfRecords, all.back(), progress, keepAll);
+    return all;
 }
 
 std::optional<double> GetGrowth(const Series& series, Operation operation) {
@@ -55,7 +58,7 @@ std::optional<double> GetGrowth(const Series& series, Operation operation) {
 std::string MakeGrowthMarkdown(const Request& request, const std::vector<Series>& growth) {
     std::string text;
     for (const Series& series : growth) {
-        for (std::size_t size = 0; size < series.sizes.size(); ++size) {
+        for (std::size_t size = 0; size < series.cells.size(); ++size) {
             text += std::string("\n") + series.name + " with " + std::to_string(series.sizes[size]) + " " +
                     series.unit + ", ns a node:\n\n" + MakeFigureTable(request, series.cells[size]);
         }

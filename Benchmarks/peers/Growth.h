@@ -14,13 +14,13 @@ struct Series {
     const char* name;
     const char* unit;
     std::vector<int> sizes;
-    std::vector<std::vector<Cell>> cells;  ///< by size, then system; of the largest size this library alone
+    std::vector<std::vector<Cell>> cells = {};  ///< by size, then system; of the largest size this library alone
 };
 
 /// One vector of 10,000 to 10,000,000 Integers, and 10,000 to 1,000,000 records. The largest of each is measured with this
-/// library alone.
-std::vector<Series> MeasureGrowth(const Request& request,
-                                  const std::function<void(const Workload&, int round)>& progress);
+/// library alone. Calls `keep` after each size with the series so far.
+std::vector<Series> MeasureGrowth(const Request& request, const Progress& progress,
+                                  const std::function<void(const std::vector<Series>&)>& keep);
 
 /// How many times more a node of this library costs in the largest tree of the series than in the smallest; empty for
 /// operations that are not done or not done to a whole tree.

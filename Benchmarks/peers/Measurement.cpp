@@ -99,7 +99,7 @@ bool IsEnough(const std::vector<Samples>& systems, int rounds, const Calm& calm)
 
 }  // namespace
 
-Cells Measure(const Request& request, const std::function<void(const Workload&, int round)>& progress) {
+Cells Measure(const Request& request, const Progress& progress, const std::function<void(const Cells&)>& keep) {
     std::mt19937 random(20261121);
     Calm calm;
     Cells cells;
@@ -123,6 +123,7 @@ Cells Measure(const Request& request, const std::function<void(const Workload&, 
         for (const Samples& samples : systems) {
             cells.back().push_back(MakeCell(samples, plan, calm));
         }
+        keep(cells);
     }
     return cells;
 }

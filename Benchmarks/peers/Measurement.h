@@ -35,8 +35,11 @@ struct Request {
 /// Cells by workload, then system, in the order of the request.
 using Cells = std::vector<std::vector<Cell>>;
 
+/// Called after each round.
+using Progress = std::function<void(const Workload&, int round)>;
+
 /// Measures workload after workload: in each round every system once, in random order. Rounds are added where samples were
-/// disturbed, up to twice as many as asked for. Calls `progress` after each round.
-Cells Measure(const Request& request, const std::function<void(const Workload&, int round)>& progress);
+/// disturbed, up to twice as many as asked for. Calls `keep` after each workload with the cells so far.
+Cells Measure(const Request& request, const Progress& progress, const std::function<void(const Cells&)>& keep);
 
 }  // namespace Peers

@@ -25,6 +25,14 @@ void WriteFile(const std::string& name, const std::string& text) {
     }
 }
 
+/// Written anew after each workload, so that a run that is ended leaves what it has measured.
+std::string WriteTables(const Options& options, const Cells& cells, const std::vector<Series>& growth) {
+    const std::string markdown = MakeMarkdown(options.request, cells) + MakeGrowthMarkdown(options.request, growth);
+    WriteFile(options.markdown, markdown);
+    WriteFile(options.csv, MakeCsv(options.request, cells));
+    return markdown;
+}
+
 void ShowProgress(const Workload& workload, int round) {
     std::fprintf(stderr, "\r%s, round %d  ", workload.name, round);
 }
@@ -44,14 +52,15 @@ void WritePlots(const Options& options, const Cells& cells, const std::vector<Se
 
 int main(int argc, char** argv) {
     const Options options = ReadOptions(argc, argv);
-    const Cells cells = Measure(options.request, ShowProgress);
-    const std::vector<Series> growth =
-        options.growth ? MeasureGrowth(options.request, ShowProgress) : std::vector<Series>();
+    const Cells cells = Measure(options.request, ShowProgress,
+                                [&](const Cells& soFar) { WriteTables(options, soFar, std::vector<Series>()); });
+    std::vector<Series> growth;
+    if (options.growth) {
+        growth = MeasureGrowth(options.request, ShowProgress,
+                               [&](const std::vector<Series>& soFar) { WriteTables(options, cells, soFar); });
+    }
     std::fprintf(stderr, "\r                \r");
-    const std::string markdown = MakeMarkdown(options.request, cells) + MakeGrowthMarkdown(options.request, growth);
-    std::printf("%s\n", markdown.c_str());
-    WriteFile(options.markdown, markdown);
-    WriteFile(options.csv, MakeCsv(options.request, cells));
+    std::printf("%s\n", WriteTables(options, cells, growth).c_str());
     WritePlots(options, cells, growth);
     return !options.check || Check(options.request, cells, growth) ? 0 : 1;
 }

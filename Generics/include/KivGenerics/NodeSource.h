@@ -18,7 +18,7 @@ public:
     template <class T>
     static constexpr bool IsPlain = std::is_trivially_destructible_v<T>;
 
-    /// True for the kinds that are made inline: a new one owns nothing besides the node itself, and no tag decides on it.
+    /// True for the kinds that are made inline: those of which trees have many, and of which no tag fixes the class.
     template <class T>
     static constexpr bool IsMadeInline = IsPlain<T> || std::is_same_v<T, String> || std::is_same_v<T, Vector>;
 
