@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "core/LeafKinds.h"
 #include "core/LeafRun.h"
 #include "core/MapChildren.h"
 #include "persistence/ReadChild.h"
@@ -44,22 +45,17 @@ bool ReadIntoSlot(TreeImpl& tree, Map& map, Node*& slot, int index, EnumOrvGener
 [[gnu::always_inline]] inline bool ReadAnyIntoSlot(TreeImpl& tree, Map& map, Node*& slot, int index,
                                                    const LeafKind& kind, ArchiveDecoder& decoder,
                                                    const ValueReader& values, std::int32_t& result) {
-    const EnumOrvGenericsTemporality t = kind.temporality;
-    switch (kind.type) {
-        case NodeTypeInteger: return ReadIntoSlot<Integer>(tree, map, slot, index, t, values, result);
-        case NodeTypeGlobalID: return ReadIntoSlot<GlobalID>(tree, map, slot, index, t, values, result);
-        case NodeTypeString: return ReadIntoSlot<String>(tree, map, slot, index, t, decoder, result);
-        case NodeTypeDouble: return ReadIntoSlot<Double>(tree, map, slot, index, t, values, result);
-        case NodeTypeBoolean: return ReadIntoSlot<Boolean>(tree, map, slot, index, t, values, result);
-        case NodeTypeInteger64: return ReadIntoSlot<Integer64>(tree, map, slot, index, t, values, result);
-        case NodeTypeVector:
-        case NodeTypeMap:
-        case NodeTypeIntegerSet:
-        case NodeTypeIdSet:
-        case NodeTypeStringSet:
-        case NodeTypeDoubleSet: break;
-    }
-    return false;
+    return ForScalarKind(
+        kind.type,
+        [&](auto named) {
+            using Leaf = typename decltype(named)::Leaf;
+            if constexpr (TreeImpl::IsPlain<Leaf>) {
+                return ReadIntoSlot<Leaf>(tree, map, slot, index, kind.temporality, values, result);
+            } else {
+                return ReadIntoSlot<Leaf>(tree, map, slot, index, kind.temporality, decoder, result);
+            }
+        },
+        [] { return false; });
 }
 
 /// Reads leaves into the slots as long as the keys from `next` on name free ones. `next` is the key behind them then.
@@ -125,21 +121,10 @@ std::int32_t ReadRunBeyond(const MapChildren& children, ArchiveDecoder& decoder,
     if (children.IsSlot(next->index) || !children.HasRoom(next->index)) {
         return ResultSuccess;
     }
-    switch (DecodeTypeCode(next->typeCode <= 0xFF ? next->typeCode : 0, 0).type) {
-        case NodeTypeInteger: return ReadRun<Integer>(children, decoder, next, end);
-        case NodeTypeGlobalID: return ReadRun<GlobalID>(children, decoder, next, end);
-        case NodeTypeDouble: return ReadRun<Double>(children, decoder, next, end);
-        case NodeTypeBoolean: return ReadRun<Boolean>(children, decoder, next, end);
-        case NodeTypeInteger64: return ReadRun<Integer64>(children, decoder, next, end);
-        case NodeTypeString:
-        case NodeTypeVector:
-        case NodeTypeMap:
-        case NodeTypeIntegerSet:
-        case NodeTypeIdSet:
-        case NodeTypeStringSet:
-        case NodeTypeDoubleSet: break;
-    }
-    return ResultSuccess;
+    return ForPlainKind(
+        DecodeTypeCode(next->typeCode <= 0xFF ? next->typeCode : 0, 0).type,
+        [&](auto kind) { return ReadRun<typename decltype(kind)::Leaf>(children, decoder, next, end); },
+        [] { return std::int32_t{ResultSuccess}; });
 }
 
 std::int32_t ReadLeafChild(const MapChildren& children, ArchiveDecoder& decoder, const SlotKey& key,

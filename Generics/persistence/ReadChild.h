@@ -5,6 +5,7 @@
 #include <KivGenerics/Node.h>
 #include <KivGenerics/ResultCode.h>
 
+#include "core/LeafKinds.h"
 #include "persistence/ArchiveDecoder.h"
 #include "persistence/Encoding.h"
 #include "persistence/LeafArchive.h"
@@ -38,21 +39,10 @@ inline std::int32_t SkipWords(ArchiveDecoder& decoder, int words) {
 
 /// Reads a new node of any kind: scalars right here, the others through their own operation.
 inline std::int32_t ReadNode(Node& node, ArchiveDecoder& decoder, bool longCount) {
-    switch (node.GetType()) {
-        case NodeTypeInteger: return ReadValue(static_cast<Integer&>(node), decoder);
-        case NodeTypeGlobalID: return ReadValue(static_cast<GlobalID&>(node), decoder);
-        case NodeTypeString: return ReadValue(static_cast<String&>(node), decoder);
-        case NodeTypeDouble: return ReadValue(static_cast<Double&>(node), decoder);
-        case NodeTypeBoolean: return ReadValue(static_cast<Boolean&>(node), decoder);
-        case NodeTypeInteger64: return ReadValue(static_cast<Integer64&>(node), decoder);
-        case NodeTypeVector:
-        case NodeTypeMap:
-        case NodeTypeIntegerSet:
-        case NodeTypeIdSet:
-        case NodeTypeStringSet:
-        case NodeTypeDoubleSet: break;
-    }
-    return node.ReadFromArchive(decoder, longCount);
+    return ForScalarKind(
+        node.GetType(),
+        [&](auto kind) { return ReadValue(static_cast<typename decltype(kind)::Leaf&>(node), decoder); },
+        [&] { return node.ReadFromArchive(decoder, longCount); });
 }
 
 /// Reads the content of a scalar or vector, of a kind known when compiling.

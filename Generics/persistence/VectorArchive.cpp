@@ -6,6 +6,7 @@
 #include <KivCOMShared/COrvSizeArchive.h>
 #include <KivGenerics/Vector.h>
 
+#include "core/LeafKinds.h"
 #include "core/LeafRun.h"
 #include "persistence/BytePacker.h"
 #include "persistence/ReadChild.h"
@@ -139,21 +140,10 @@ std::int32_t ReadInline(Vector& vector, ArchiveDecoder& decoder, std::uint32_t c
     if (!IsKnownType(kind.type)) {
         return SkipNodes(decoder, count, kind.extraWords);
     }
-    switch (MayAppend(vector, kind.type) ? kind.type : NodeTypeMap) {
-        case NodeTypeInteger: return ReadLeaves<Integer>(vector, decoder, count, kind.temporality);
-        case NodeTypeGlobalID: return ReadLeaves<GlobalID>(vector, decoder, count, kind.temporality);
-        case NodeTypeString: return ReadLeaves<String>(vector, decoder, count, kind.temporality);
-        case NodeTypeDouble: return ReadLeaves<Double>(vector, decoder, count, kind.temporality);
-        case NodeTypeBoolean: return ReadLeaves<Boolean>(vector, decoder, count, kind.temporality);
-        case NodeTypeInteger64: return ReadLeaves<Integer64>(vector, decoder, count, kind.temporality);
-        case NodeTypeVector:
-        case NodeTypeMap:
-        case NodeTypeIntegerSet:
-        case NodeTypeIdSet:
-        case NodeTypeStringSet:
-        case NodeTypeDoubleSet: break;
-    }
-    return ReadNodes(vector, decoder, count, kind);
+    return ForScalarKind(
+        MayAppend(vector, kind.type) ? kind.type : NodeTypeMap,
+        [&](auto leaf) { return ReadLeaves<typename decltype(leaf)::Leaf>(vector, decoder, count, kind.temporality); },
+        [&] { return ReadNodes(vector, decoder, count, kind); });
 }
 
 std::int32_t ReadObjects(Vector& vector, ArchiveDecoder& decoder, std::uint32_t count) {

@@ -14,6 +14,7 @@
 
 #include "core/ChildCursor.h"
 #include "core/FrameStack.h"
+#include "core/LeafKinds.h"
 #include "core/Prefetch.h"
 #include "core/Raise.h"
 #include "core/TextUnits.h"
@@ -190,21 +191,9 @@ private:
     /// Compares children of this kind as long as they come, all of them counted; those of maps by their indexes first.
     template <bool kOfMaps>
     int CompareRun(NodeType type, ChildCursor& mine, ChildCursor& theirs) const {
-        switch (type) {
-            case NodeTypeInteger: return CompareRunOf<kOfMaps, Integer>(mine, theirs);
-            case NodeTypeGlobalID: return CompareRunOf<kOfMaps, GlobalID>(mine, theirs);
-            case NodeTypeDouble: return CompareRunOf<kOfMaps, Double>(mine, theirs);
-            case NodeTypeBoolean: return CompareRunOf<kOfMaps, Boolean>(mine, theirs);
-            case NodeTypeInteger64: return CompareRunOf<kOfMaps, Integer64>(mine, theirs);
-            case NodeTypeString:
-            case NodeTypeVector:
-            case NodeTypeMap:
-            case NodeTypeIntegerSet:
-            case NodeTypeIdSet:
-            case NodeTypeStringSet:
-            case NodeTypeDoubleSet: break;
-        }
-        return 0;
+        return ForPlainKind(
+            type, [&](auto kind) { return this->CompareRunOf<kOfMaps, typename decltype(kind)::Leaf>(mine, theirs); },
+            [] { return 0; });
     }
 
     template <bool kOfMaps, class T>
@@ -278,30 +267,16 @@ private:
         return visitor.GetResult();
     }
 
-    template <class T>
-    static int CompareAs(const Node& mine, const Node& theirs) {
-        return CompareValues(static_cast<const T&>(mine), static_cast<const T&>(theirs));
-    }
-
     /// A counted leaf of mine.
     int CompareLeaves(Node& mine, Node* theirs) const {
-        if (theirs != nullptr && theirs->GetType() == mine.GetType()) {
-            switch (mine.GetType()) {
-                case NodeTypeInteger: return CompareAs<Integer>(mine, *theirs);
-                case NodeTypeGlobalID: return CompareAs<GlobalID>(mine, *theirs);
-                case NodeTypeString: return CompareAs<String>(mine, *theirs);
-                case NodeTypeDouble: return CompareAs<Double>(mine, *theirs);
-                case NodeTypeBoolean: return CompareAs<Boolean>(mine, *theirs);
-                case NodeTypeInteger64: return CompareAs<Integer64>(mine, *theirs);
-                case NodeTypeVector:
-                case NodeTypeMap:
-                case NodeTypeIntegerSet:
-                case NodeTypeIdSet:
-                case NodeTypeStringSet:
-                case NodeTypeDoubleSet: break;
-            }
-        }
-        return mine.Compare(theirs, t_, false);
+        const bool areAlike = theirs != nullptr && theirs->GetType() == mine.GetType();
+        return ForScalarKind(
+            areAlike ? mine.GetType() : NodeTypeMap,
+            [&](auto kind) {
+                using Leaf = typename decltype(kind)::Leaf;
+                return CompareValues(static_cast<const Leaf&>(mine), static_cast<const Leaf&>(*theirs));
+            },
+            [&] { return mine.Compare(theirs, t_, false); });
     }
 
     EnumOrvGenericsTemporality t_;

@@ -4,13 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include <KivGenerics/Boolean.h>
-#include <KivGenerics/Double.h>
-#include <KivGenerics/GlobalID.h>
-#include <KivGenerics/Integer.h>
-#include <KivGenerics/Integer64.h>
-#include <KivGenerics/String.h>
-
+#include "core/LeafKinds.h"
 #include "core/LeafRun.h"
 #include "core/Likeness.h"
 #include "core/Prefetch.h"
@@ -54,21 +48,10 @@ bool CopyIntoSlot(TreeImpl& tree, Map& target, Node*& slot, Node& source) {
 
 /// The same for a leaf of any kind.
 [[gnu::always_inline]] inline bool CopyAnyIntoSlot(TreeImpl& tree, Map& target, Node*& slot, Node& source) {
-    switch (source.GetType()) {
-        case NodeTypeInteger: return CopyIntoSlot<Integer>(tree, target, slot, source);
-        case NodeTypeGlobalID: return CopyIntoSlot<GlobalID>(tree, target, slot, source);
-        case NodeTypeDouble: return CopyIntoSlot<Double>(tree, target, slot, source);
-        case NodeTypeBoolean: return CopyIntoSlot<Boolean>(tree, target, slot, source);
-        case NodeTypeInteger64: return CopyIntoSlot<Integer64>(tree, target, slot, source);
-        case NodeTypeString: return CopyIntoSlot<String>(tree, target, slot, source);
-        case NodeTypeVector:
-        case NodeTypeMap:
-        case NodeTypeIntegerSet:
-        case NodeTypeIdSet:
-        case NodeTypeStringSet:
-        case NodeTypeDoubleSet: break;
-    }
-    return false;
+    return ForScalarKind(
+        source.GetType(),
+        [&](auto kind) { return CopyIntoSlot<typename decltype(kind)::Leaf>(tree, target, slot, source); },
+        [] { return false; });
 }
 
 /// Copies the leaves that come next, from the one on that has been taken last, as long as each finds its slot free: at least that
@@ -196,8 +179,14 @@ bool CopyElements(TreeImpl& tree, Vector& target, Copied& copied, Node*& next) {
     return true;
 }
 
-bool CopyElement(Vector& target, Node& source) {
-    return Populated(target.Add(source.GetType(), source.GetSemanticTag()), source) != nullptr;
+/// The same for one element of any other kind.
+bool CopyElement(Vector& target, Copied& copied, Node*& next) {
+    Node& source = *next;
+    if (Populated(target.Add(source.GetType(), source.GetSemanticTag()), source) == nullptr) {
+        return false;
+    }
+    next = copied.children.Next();
+    return true;
 }
 
 /// Copies the leaves like the one that has been taken last, of the kind T, which come next into the overflow store, as long as
@@ -229,21 +218,10 @@ bool CopyRunBeyond(TreeImpl& tree, const MapChildren& target, ChildCursor& child
     if (!target.HasRoom(source.GetIndex())) {
         return false;
     }
-    switch (source.GetType()) {
-        case NodeTypeInteger: return CopyRunBeyond<Integer>(tree, target, children);
-        case NodeTypeGlobalID: return CopyRunBeyond<GlobalID>(tree, target, children);
-        case NodeTypeDouble: return CopyRunBeyond<Double>(tree, target, children);
-        case NodeTypeBoolean: return CopyRunBeyond<Boolean>(tree, target, children);
-        case NodeTypeInteger64: return CopyRunBeyond<Integer64>(tree, target, children);
-        case NodeTypeString:
-        case NodeTypeVector:
-        case NodeTypeMap:
-        case NodeTypeIntegerSet:
-        case NodeTypeIdSet:
-        case NodeTypeStringSet:
-        case NodeTypeDoubleSet: break;
-    }
-    return false;
+    return ForPlainKind(
+        source.GetType(),
+        [&](auto kind) { return CopyRunBeyond<typename decltype(kind)::Leaf>(tree, target, children); },
+        [] { return false; });
 }
 
 /// Copies the leaf that has been taken last, and those behind it that can be copied with it; false where even that one cannot.
@@ -273,23 +251,10 @@ Node* CopyLeavesIntoVector(TreeImpl& tree, Vector& target, Copied& copied, Node*
         if (!elements.empty() && elements.front()->GetType() != child->GetType()) {
             Raise(Texts::DifferentChildren);
         }
-        switch (child->GetType()) {
-            case NodeTypeInteger: goesOn = CopyElements<Integer>(tree, target, copied, child); break;
-            case NodeTypeGlobalID: goesOn = CopyElements<GlobalID>(tree, target, copied, child); break;
-            case NodeTypeDouble: goesOn = CopyElements<Double>(tree, target, copied, child); break;
-            case NodeTypeBoolean: goesOn = CopyElements<Boolean>(tree, target, copied, child); break;
-            case NodeTypeInteger64: goesOn = CopyElements<Integer64>(tree, target, copied, child); break;
-            case NodeTypeString:
-            case NodeTypeVector:
-            case NodeTypeMap:
-            case NodeTypeIntegerSet:
-            case NodeTypeIdSet:
-            case NodeTypeStringSet:
-            case NodeTypeDoubleSet:
-                goesOn = CopyElement(target, *child);
-                child = goesOn ? copied.children.Next() : child;
-                break;
-        }
+        goesOn = ForPlainKind(
+            child->GetType(),
+            [&](auto kind) { return CopyElements<typename decltype(kind)::Leaf>(tree, target, copied, child); },
+            [&] { return CopyElement(target, copied, child); });
     }
     return goesOn ? child : nullptr;
 }
