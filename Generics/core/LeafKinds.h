@@ -17,29 +17,9 @@ struct KindOf {
     using Leaf = T;
 };
 
-// Both are part of their callers, whose loops they stand in, and switch over all kinds, so that a new one is a warning.
+// Both are part of their callers, whose loops they stand in. The switch goes over all kinds, so that a new one is a warning.
 
-/// Calls `use` with the KindOf a kind whose nodes own nothing, `otherwise` for any other, and answers what that answers.
-template <class Use, class Otherwise>
-[[gnu::always_inline]] inline auto ForPlainKind(NodeType type, Use use, Otherwise otherwise) {
-    switch (type) {
-        case NodeTypeInteger: return use(KindOf<Integer>());
-        case NodeTypeGlobalID: return use(KindOf<GlobalID>());
-        case NodeTypeDouble: return use(KindOf<Double>());
-        case NodeTypeBoolean: return use(KindOf<Boolean>());
-        case NodeTypeInteger64: return use(KindOf<Integer64>());
-        case NodeTypeString:
-        case NodeTypeVector:
-        case NodeTypeMap:
-        case NodeTypeIntegerSet:
-        case NodeTypeIdSet:
-        case NodeTypeStringSet:
-        case NodeTypeDoubleSet: break;
-    }
-    return otherwise();
-}
-
-/// The same for the kinds that hold one value: those, and texts.
+/// Calls `use` with the KindOf a kind that holds one value, `otherwise` for any other, and answers what that answers.
 template <class Use, class Otherwise>
 [[gnu::always_inline]] inline auto ForScalarKind(NodeType type, Use use, Otherwise otherwise) {
     switch (type) {
@@ -57,6 +37,19 @@ template <class Use, class Otherwise>
         case NodeTypeDoubleSet: break;
     }
     return otherwise();
+}
+
+/// The same for the kinds whose nodes own nothing: those but for texts.
+template <class Use, class Otherwise>
+[[gnu::always_inline]] inline auto ForPlainKind(NodeType type, Use use, Otherwise otherwise) {
+    const auto usePlain = [&](auto kind) {
+        if constexpr (NodeSource::IsPlain<typename decltype(kind)::Leaf>) {
+            return use(kind);
+        } else {
+            return otherwise();
+        }
+    };
+    return ForScalarKind(type, usePlain, otherwise);
 }
 
 }  // namespace KivGenerics
