@@ -26,10 +26,8 @@ struct MapChildren {
 
     bool IsSlot(int index) const noexcept { return 0 <= index && index < slotCount; }
 
-    /// True when Put will do for a child at `index`: nothing stands there, and its place needs no memory.
+    /// True when NewInRoom will do for a child at `index`: nothing stands there, and its place needs no memory.
     bool HasRoom(int index) const noexcept { return NodeAccess::HasRoom(map, index); }
-    /// Places a child at `index`, where HasRoom.
-    void Put(int index, Node* child) const noexcept { NodeAccess::Put(map, index, child); }
 
     /// A new child at `index`, where HasRoom, as NewNode makes it; null where a host's buffer answers null.
     Node* NewInRoom(int index, NodeType type, SemanticTag tag) const {

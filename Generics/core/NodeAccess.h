@@ -187,7 +187,6 @@ struct NodeAccess {
     static int GetSlotCount(const Map& map) noexcept { return map.slotCount_; }
     using MapOverflow = Map::Overflow;
     static bool HasRoom(const Map& map, int index) noexcept { return map.HasRoom(index); }
-    static void Put(Map& map, int index, Node* child) noexcept { map.Put(index, child); }
     static Node* NewInRoom(Map& map, int index, NodeType type, SemanticTag tag) {
         return map.NewInRoom(index, type, tag);
     }

@@ -55,24 +55,11 @@ public:
     /// The node factory, the only place where nodes come from: a node of this kind for `parent` and `index`, reused or new.
     /// The caller places it. Null where a host's buffer answers null. Throws Exception for a kind outside 1 to 12.
     Node* CreateNode(NodeType type, Composite* parent, int index, SemanticTag tag);
-    /// CreateNode for a kind known when compiling that has no tag.
-    template <class T>
-    T* Create(Composite* parent, int index) {
-        if constexpr (IsMadeInline<T>) {
-            return NodeSource::Create<T>(parent, index);
-        } else {
-            CheckReadOnly();
-            return waiting_[T::StaticType - 1] != nullptr ? static_cast<T*>(Reuse(T::StaticType, parent, index))
-                                                          : Construct<T>(parent, index);
-        }
-    }
     /// Create, which counts one change, and `changes` - 1 more for what the caller does to the new node at once.
     template <class T>
     T* CreateChanged(Composite* parent, int index, std::uint32_t changes) {
-        if constexpr (IsMadeInline<T>) {
-            if (CanCreateNext<T>()) {
-                return CreateNext<T>(parent, index, changes);
-            }
+        if (CanCreateNext<T>()) {
+            return CreateNext<T>(parent, index, changes);
         }
         T* const node = Create<T>(parent, index);
         if (node != nullptr) {

@@ -54,8 +54,8 @@ bool CopyIntoSlot(TreeImpl& tree, Map& target, Node*& slot, Node& source) {
         [] { return false; });
 }
 
-/// Copies the leaves that come next, from the one on that has been taken last, as long as each finds its slot free: at least that
-/// one, or false.
+/// Copies the leaf that has been taken last and those that come next, as long as each finds its slot free: at least that one, or
+/// false.
 [[gnu::always_inline]] inline bool CopyRunIntoSlots(TreeImpl& tree, const MapChildren& target, ChildCursor& children) {
     Map& map = target.map;
     Node** const slots = target.slots;
