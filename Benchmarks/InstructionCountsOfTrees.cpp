@@ -11,15 +11,16 @@ struct Form {
     const char* name;
     Shape fill;
     Shape fillTyped;
+    Shape fillInRuns;
     std::size_t size;
 };
 
 // The smallest that the nested shape makes is one chain.
 constexpr Form kForms[] = {
-    {"numbers", FillNumbers, FillNumbersTyped, kNodesOfTree},
-    {"records", FillRecords, FillRecordsTyped, kNodesOfTree},
-    {"sparse", FillSparse, FillSparseTyped, kNodesOfTree},
-    {"nested", FillNested, FillNestedTyped, 2'500},
+    {"numbers", FillNumbers, FillNumbersTyped, FillNumbersInRuns, kNodesOfTree},
+    {"records", FillRecords, FillRecordsTyped, FillRecordsInRuns, kNodesOfTree},
+    {"sparse", FillSparse, FillSparseTyped, FillSparseInRuns, kNodesOfTree},
+    {"nested", FillNested, FillNestedTyped, FillNestedInRuns, 2'500},
 };
 
 std::function<void(Input&)> Filling(Shape fill, std::size_t size) {
@@ -64,6 +65,7 @@ std::vector<Count> ListTreeCounts() {
         };
         counts.push_back({"build", form.name, getUnits, prepareNothing, fill});
         counts.push_back({"build-typed", form.name, getUnits, prepareNothing, Filling(form.fillTyped, form.size)});
+        counts.push_back({"build-runs", form.name, getUnits, prepareNothing, Filling(form.fillInRuns, form.size)});
         ListLookupCounts(counts, form.name, fill);
         ListCommonCounts(counts, form.name, fill, getUnits);
         ListChanges(counts, form, getUnits);

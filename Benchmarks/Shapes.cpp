@@ -1,5 +1,8 @@
 #include "Shapes.h"
 
+#include <algorithm>
+#include <cstdint>
+
 #include <KivGenerics/Boolean.h>
 #include <KivGenerics/Double.h>
 #include <KivGenerics/GlobalID.h>
@@ -21,8 +24,28 @@ Vector& NewList(Tree& tree) {
     return *node_cast<Vector>(root->NewNode(0, NodeTypeVector));
 }
 
+/// Makes numbers one by one, as `By` makes any node.
+template <class By>
+class OneByOne {
+public:
+    static void AddNumbers(Vector& vector, int count) {
+        for (int i = 0; i < count; ++i) {
+            By::template Add<Integer>(vector)->Set(i);
+        }
+    }
+    static void NewNumbers(Map& map, int count, int step) {
+        for (int i = 0; i < count; ++i) {
+            By::template New<Integer>(map, i * step)->Set(i);
+        }
+    }
+
+private:
+    OneByOne() = default;
+    friend By;
+};
+
 /// Makes nodes of kinds that are known only when the program runs.
-struct ByType {
+struct ByType : OneByOne<ByType> {
     template <class T>
     static T* Add(Vector& vector) {
         return node_cast<T>(vector.Add(T::StaticType));
@@ -34,7 +57,7 @@ struct ByType {
 };
 
 /// Makes nodes of kinds that the compiler knows.
-struct ByKind {
+struct ByKind : OneByOne<ByKind> {
     template <class T>
     static T* Add(Vector& vector) {
         return vector.Add<T>();
@@ -45,12 +68,33 @@ struct ByKind {
     }
 };
 
-template <class By>
-void AddNumbers(Vector& vector, int count) {
-    for (int i = 0; i < count; ++i) {
-        By::template Add<Integer>(vector)->Set(i);
+/// The same, but numbers that come together are made together.
+struct ByRun : ByKind {
+    static void AddNumbers(Vector& vector, int count) {
+        ForEachRun(count, 1, [&](const int*, const std::int32_t* values, int some) { vector.AddLeaves(values, some); });
     }
-}
+    static void NewNumbers(Map& map, int count, int step) {
+        ForEachRun(count, step, [&](const int* indexes, const std::int32_t* values, int some) {
+            map.NewLeaves(indexes, values, some);
+        });
+    }
+
+private:
+    template <class Make>
+    static void ForEachRun(int count, int step, Make make) {
+        constexpr int kMost = 64;
+        int indexes[kMost];
+        std::int32_t values[kMost];
+        for (int done = 0, some = 0; done < count; done += some) {
+            some = (std::min)(count - done, kMost);
+            for (int i = 0; i < some; ++i) {
+                indexes[i] = (done + i) * step;
+                values[i] = done + i;
+            }
+            make(indexes, values, some);
+        }
+    }
+};
 
 template <class By>
 void AddRecord(Vector& list, int number) {
@@ -61,11 +105,8 @@ void AddRecord(Vector& list, int number) {
     By::template New<Boolean>(record, 3)->Set(number % 2 == 0);
     By::template New<Integer64>(record, 4)->Set(number);
     By::template New<GlobalID>(record, 5)->Set(GUID{1, 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}});
-    Map& nested = *By::template New<Map>(record, 6, SemanticTag(24576));
-    for (int i = 0; i < 3; ++i) {
-        By::template New<Integer>(nested, i)->Set(i);
-    }
-    AddNumbers<By>(*By::template New<Vector>(record, 7), 4);
+    By::NewNumbers(*By::template New<Map>(record, 6, SemanticTag(24576)), 3, 1);
+    By::AddNumbers(*By::template New<Vector>(record, 7), 4);
 }
 
 template <class By>
@@ -82,10 +123,7 @@ void AddSparse(Tree& tree, std::size_t nodes) {
     constexpr int kFields = 40;
     Vector& list = NewList(tree);
     for (std::size_t i = 0; i < nodes / (kFields + 1); ++i) {
-        Map& map = *By::template Add<Map>(list);
-        for (int field = 0; field < kFields; ++field) {
-            By::template New<Integer>(map, field * 7)->Set(field);
-        }
+        By::NewNumbers(*By::template Add<Map>(list), kFields, 7);
     }
 }
 
@@ -100,7 +138,7 @@ void AddNested(Tree& tree, std::size_t nodes) {
         for (std::size_t level = 1; level < kLevels; ++level) {
             Vector& inner = *By::template Add<Vector>(*vector);
             inner.SetTemporality(level % 2 == 0 ? TemporalityPersistent : TemporalityTransient);
-            AddNumbers<By>(*By::template Add<Vector>(*vector), 3);
+            By::AddNumbers(*By::template Add<Vector>(*vector), 3);
             vector = &inner;
         }
     }
@@ -118,11 +156,15 @@ public:
 }  // namespace
 
 void FillNumbers(Tree& tree, std::size_t nodes) {
-    AddNumbers<ByType>(NewList(tree), static_cast<int>(nodes));
+    ByType::AddNumbers(NewList(tree), static_cast<int>(nodes));
 }
 
 void FillNumbersTyped(Tree& tree, std::size_t nodes) {
-    AddNumbers<ByKind>(NewList(tree), static_cast<int>(nodes));
+    ByKind::AddNumbers(NewList(tree), static_cast<int>(nodes));
+}
+
+void FillNumbersInRuns(Tree& tree, std::size_t nodes) {
+    ByRun::AddNumbers(NewList(tree), static_cast<int>(nodes));
 }
 
 void FillRecords(Tree& tree, std::size_t nodes) {
@@ -133,6 +175,10 @@ void FillRecordsTyped(Tree& tree, std::size_t nodes) {
     AddRecords<ByKind>(tree, nodes);
 }
 
+void FillRecordsInRuns(Tree& tree, std::size_t nodes) {
+    AddRecords<ByRun>(tree, nodes);
+}
+
 void FillSparse(Tree& tree, std::size_t nodes) {
     AddSparse<ByType>(tree, nodes);
 }
@@ -141,12 +187,20 @@ void FillSparseTyped(Tree& tree, std::size_t nodes) {
     AddSparse<ByKind>(tree, nodes);
 }
 
+void FillSparseInRuns(Tree& tree, std::size_t nodes) {
+    AddSparse<ByRun>(tree, nodes);
+}
+
 void FillNested(Tree& tree, std::size_t nodes) {
     AddNested<ByType>(tree, nodes);
 }
 
 void FillNestedTyped(Tree& tree, std::size_t nodes) {
     AddNested<ByKind>(tree, nodes);
+}
+
+void FillNestedInRuns(Tree& tree, std::size_t nodes) {
+    AddNested<ByRun>(tree, nodes);
 }
 
 std::size_t CountNodes(Tree& tree) {

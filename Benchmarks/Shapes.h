@@ -27,5 +27,11 @@ void FillRecordsTyped(KivGenerics::Tree& tree, std::size_t nodes);
 void FillSparseTyped(KivGenerics::Tree& tree, std::size_t nodes);
 void FillNestedTyped(KivGenerics::Tree& tree, std::size_t nodes);
 
+/// The same, but numbers that come together are made together.
+void FillNumbersInRuns(KivGenerics::Tree& tree, std::size_t nodes);
+void FillRecordsInRuns(KivGenerics::Tree& tree, std::size_t nodes);
+void FillSparseInRuns(KivGenerics::Tree& tree, std::size_t nodes);
+void FillNestedInRuns(KivGenerics::Tree& tree, std::size_t nodes);
+
 /// How many nodes the tree has.
 std::size_t CountNodes(KivGenerics::Tree& tree);

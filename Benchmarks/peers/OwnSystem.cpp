@@ -1,5 +1,8 @@
-// This library. The root must be a map to be saved, so every workload's root is one. Loading refuses more than 1,000 levels
-// of composites, whatever the machine's stack: a deeper chain is saved but not loaded.
+// This library. Numbers that come together are handed over in arrays, as others fill arrays of objects in place. The root
+// must be a map to be saved, so every workload's root is one. Loading refuses more than 1,000 levels of composites, whatever
+// the machine's stack: a deeper chain is saved but not loaded.
+
+#include <algorithm>
 
 #include <KivGenerics/Boolean.h>
 #include <KivGenerics/Double.h>
@@ -42,12 +45,36 @@ T* New(Map& map, int key, SemanticTag tag = SemanticTagNone) {
     return map.NewNode<T>(key, tag);
 }
 
+/// The numbers that are handed over at a time: as many as a host would keep in an array of its own.
+constexpr int kHandedOver = 256;
+
+void MakeLeaves(Vector& vector, const int*, const std::int32_t* values, int count) {
+    vector.AddLeaves(values, count);
+}
+
+void MakeLeaves(Map& map, const int* keys, const std::int32_t* values, int count) {
+    map.NewLeaves(keys, values, count);
+}
+
 template <class Composite>
 class Cursor {
 public:
     explicit Cursor(Composite& composite) : composite_(composite) {}
 
     void Integer(int key, std::int32_t value) { New<KivGenerics::Integer>(composite_, key)->Set(value); }
+    void Integers(int count, int step) {
+        int keys[kHandedOver];
+        std::int32_t values[kHandedOver];
+        for (int done = 0; done < count;) {
+            const int some = (std::min)(count - done, kHandedOver);
+            for (int i = 0; i < some; ++i) {
+                values[i] = done + i;
+                keys[i] = (done + i) * step;
+            }
+            MakeLeaves(composite_, keys, values, some);
+            done += some;
+        }
+    }
     void Integer64(int key, std::int64_t value) { New<KivGenerics::Integer64>(composite_, key)->Set(value); }
     void Double(int key, double value) { New<KivGenerics::Double>(composite_, key)->Set(value); }
     void Boolean(int key, bool value) { New<KivGenerics::Boolean>(composite_, key)->Set(value); }

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "Recording.h"
@@ -61,10 +63,21 @@ const GuidValue& GetRecordGuid();
 inline constexpr int kNoTag = 0;
 inline constexpr int kTagOfThreeSlots = 24576;
 
+/// True for the cursors of systems with a call for many numbers: `Integers(count, step)` makes the Integers 0 to count - 1 at the
+/// keys 0, step, 2 * step and so on. For all others each is an Integer of its own.
+template <class Cursor, class = void>
+inline constexpr bool kHasIntegers = false;
 template <class Cursor>
-void WriteNumbers(Cursor& list, int count) {
-    for (int i = 0; i < count; ++i) {
-        list.Integer(i, i);
+inline constexpr bool kHasIntegers<Cursor, std::void_t<decltype(std::declval<Cursor&>().Integers(1, 1))>> = true;
+
+template <class Cursor>
+void WriteNumbers(Cursor& composite, int count, int step = 1) {
+    if constexpr (kHasIntegers<Cursor>) {
+        composite.Integers(count, step);
+    } else {
+        for (int i = 0; i < count; ++i) {
+            composite.Integer(i * step, i);
+        }
     }
 }
 
@@ -78,13 +91,6 @@ void WriteRecord(Cursor& record, int number) {
     record.Guid(5, GetRecordGuid());
     record.Map(6, kNestedFields, kTagOfThreeSlots, [](auto& nested) { WriteNumbers(nested, kNestedFields); });
     record.Vector(7, kNestedNumbers, [](auto& nested) { WriteNumbers(nested, kNestedNumbers); });
-}
-
-template <class Cursor>
-void WriteSparse(Cursor& map) {
-    for (int i = 0; i < kSparseFields; ++i) {
-        map.Integer(i * kSparseStep, i);
-    }
 }
 
 template <class Cursor>
@@ -116,7 +122,8 @@ void Write(const Workload& workload, Cursor& root) {
         case Shape::Sparse:
             root.Vector(0, size, [size](auto& list) {
                 for (int i = 0; i < size; ++i) {
-                    list.Map(i, kSparseFields, kNoTag, [](auto& map) { WriteSparse(map); });
+                    list.Map(i, kSparseFields, kNoTag,
+                             [](auto& map) { WriteNumbers(map, kSparseFields, kSparseStep); });
                 }
             });
             return;

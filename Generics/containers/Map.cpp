@@ -10,7 +10,7 @@
 namespace KivGenerics {
 
 void Map::CheckIndex(int index) {
-    if (index < 0 || index > kGreatestIndex) {
+    if (!IsIndex(index)) {
         Raise(Texts::IndexOutOfRange);
     }
 }

@@ -40,6 +40,11 @@ void Vector::MakeRoom() {
     children_.reserve((std::max)(kFirstRoom, children_.capacity() * 2));
 }
 
+void Vector::MakeRoomFor(std::size_t more) {
+    NodeAccess::GetTree(*this)->TestWritable();
+    children_.reserve((std::max)(children_.size() + more, children_.capacity() * 2));
+}
+
 void Vector::Renumber(std::size_t from) noexcept {
     for (std::size_t i = from; i < children_.size(); ++i) {
         children_[i]->index_ = static_cast<std::int32_t>(i);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <new>
 #include <type_traits>
@@ -40,6 +41,14 @@ struct NodeAccess {
         return vector.children_;
     }
 
+    /// Makes room for `more` children of a kind behind the others of a vector, which may refuse the kind.
+    template <class List>
+    static void NeedRoomFor(List& vector, NodeType type, std::size_t more) {
+        vector.CheckKind(type);
+        if (vector.children_.capacity() - vector.children_.size() < more) {
+            vector.MakeRoomFor(more);
+        }
+    }
     /// Places a child behind the others of a vector that has room for it.
     template <class List>
     static void AppendInRoom(List& vector, Node* child) noexcept {
@@ -186,6 +195,7 @@ struct NodeAccess {
     static Node** GetSlots(Map& map) noexcept { return const_cast<Node**>(map.GetSlots()); }
     static int GetSlotCount(const Map& map) noexcept { return map.slotCount_; }
     using MapOverflow = Map::Overflow;
+    static bool IsIndex(int index) noexcept { return Map::IsIndex(index); }
     static bool HasRoom(const Map& map, int index) noexcept { return map.HasRoom(index); }
     static Node* NewInRoom(Map& map, int index, NodeType type, SemanticTag tag) {
         return map.NewInRoom(index, type, tag);

@@ -1,5 +1,8 @@
 #include "faults/OperationTrials.h"
 
+#include <array>
+#include <cstdint>
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -200,6 +203,9 @@ std::vector<Trial> TrialsOfSets() {
     return trials;
 }
 
+// So many that their tree needs more than one block for them.
+constexpr std::array<std::int32_t, 500> kManyNumbers{};
+
 // Of a map and of a vector alike, with the indexes that are good for either.
 template <class T>
 void AddComposite(std::vector<Trial>& trials, const char16_t* key) {
@@ -243,9 +249,21 @@ std::vector<Trial> TrialsOfComposites() {
         Promise::TreeUsable);
     add("Vector::InsertNode", [](Vector& node, Vector&) { node.InsertNode(0, node.Detach(1)); }, Promise::TreeUsable);
     add("Vector::Reserve", [](Vector& node, Vector&) { node.Reserve(1000); });
-    const auto addToMap = [&](const char* name, void (*operation)(Map&, Map&)) {
-        trials.push_back(On<Map>(name, u"0:", operation));
+    trials.push_back(On<Vector>(
+        "Vector::AddLeaves", u"2:",
+        [](Vector& node, Vector&) { node.AddLeaves(kManyNumbers.data(), static_cast<int>(kManyNumbers.size())); },
+        Promise::TreeUsable));
+    const auto addToMap = [&](const char* name, void (*operation)(Map&, Map&), Promise promise = Promise::TreeAsItWas) {
+        trials.push_back(On<Map>(name, u"0:", operation, promise));
     };
+    addToMap(
+        "Map::NewLeaves",
+        [](Map& node, Map&) {
+            std::vector<int> indexes(kManyNumbers.size());
+            std::iota(indexes.begin(), indexes.end(), 4);
+            node.NewLeaves(indexes.data(), kManyNumbers.data(), static_cast<int>(indexes.size()));
+        },
+        Promise::TreeUsable);
     addToMap("Map::NewNode", [](Map& node, Map&) { node.NewNode(99, NodeTypeString); });
     addToMap("Map::SetSemanticTag", [](Map& node, Map&) { node.SetSemanticTag(SemanticTag(4)); });
     addToMap("Map::GetSemanticTag", [](Map& node, Map&) { node.GetSemanticTag(); });

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <type_traits>
 
+#include <KivBase/Guid.h>
 #include <KivGenerics/Composite.h>
 #include <KivGenerics/SortedChunks.h>
 
@@ -68,6 +69,14 @@ public:
         }
         return static_cast<T*>(NewNode(index, T::StaticType, false, tag));
     }
+    // Many leaves of one kind at once: NewNode for each of `count` indexes, with Set to the value of the same number, in order
+    // and counted as these changes; the kind is that which holds such values. Quickest where the indexes ascend. Throws what
+    // NewNode throws, and std::bad_alloc where a host's buffer answers null: the leaves made until then stay.
+    void NewLeaves(const int* indexes, const bool* values, int count);
+    void NewLeaves(const int* indexes, const double* values, int count);
+    void NewLeaves(const int* indexes, const GUID* values, int count);
+    void NewLeaves(const int* indexes, const std::int32_t* values, int count);
+    void NewLeaves(const int* indexes, const std::int64_t* values, int count);
     /// Get without the virtual call.
     Node* GetNV(int index) const noexcept {
         return static_cast<unsigned>(index) < slotCount_ ? GetSlots()[index] : GetFromOverflow(index);
@@ -105,6 +114,7 @@ private:
     friend class MapImpl;
 
     static constexpr int kGreatestIndex = 0x1FFFFFFF;
+    static bool IsIndex(int index) noexcept { return 0 <= index && index <= kGreatestIndex; }
 
     // Children at indexes beyond the fixed slots, in ascending order, in the forest's memory.
     struct IndexOrder {

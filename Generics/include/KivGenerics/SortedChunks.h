@@ -91,6 +91,8 @@ public:
         return root_ != nullptr && root_->level == 0 && !root_->IsFull() &&
                Order()(ToLeaf(root_)->GetKeys()[root_->size - 1], key);
     }
+    /// True when there is no chunk, or a single one that is full.
+    bool IsFull() const noexcept { return root_ == nullptr || (root_->level == 0 && root_->IsFull()); }
     /// Makes room for `key` in the single chunk that is full, where CanAppend will hold then; else nothing, and false.
     bool MakeAppendable(const Key& key) {
         if (root_ == nullptr || root_->level != 0 || !root_->IsFull() || root_->capacity == Leaf::kMost ||

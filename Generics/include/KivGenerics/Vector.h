@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <type_traits>
 #include <vector>
 
 #include <KivBase/Allocator.h>
+#include <KivBase/Guid.h>
 #include <KivBase/Unreachable.h>
 #include <KivGenerics/Composite.h>
 
@@ -98,6 +100,14 @@ public:
             return static_cast<T*>(Add(T::StaticType, tag));
         }
     }
+    // Many leaves of one kind at once: Add for each of `count` values, and Set to it, in order and counted as these changes;
+    // the kind is that which holds such values. Throws what Add throws, and std::bad_alloc where a host's buffer answers null:
+    // the leaves made until then stay.
+    void AddLeaves(const bool* values, int count);
+    void AddLeaves(const double* values, int count);
+    void AddLeaves(const GUID* values, int count);
+    void AddLeaves(const std::int32_t* values, int count);
+    void AddLeaves(const std::int64_t* values, int count);
     /// Inserts a child of default temporality before `index`, or appends; its kind is not compared.
     Node* Insert(int index, NodeType type, SemanticTag tag = SemanticTagNone);
     /// Add, then Populate from `source`, which must not be this vector or above it.
@@ -134,6 +144,7 @@ private:
         }
     }
     void MakeRoom();
+    void MakeRoomFor(std::size_t more);
     /// Places a child behind the others, after NeedRoom.
     void Append(Node* node) {
         if (children_.size() == children_.capacity()) {

@@ -38,7 +38,12 @@ public:
     /// True when Take gives the next T by itself.
     template <class T>
     bool CanTake() const noexcept {
-        return static_cast<std::size_t>(end_ - cursor_) >= GetTakenSize<T>();
+        return CanTake<T>(1);
+    }
+    /// True when TakeRun gives so many T at once.
+    template <class T>
+    bool CanTake(std::size_t count) const noexcept {
+        return static_cast<std::size_t>(end_ - cursor_) >= count * GetTakenSize<T>();
     }
     /// Take after CanTake: nothing can fail, and nothing is called.
     template <class T>
@@ -56,8 +61,7 @@ public:
     /// The same, at most `wanted`.
     template <class T>
     std::size_t CountTakeable(std::size_t wanted) const noexcept {
-        const bool hasRoom = wanted * GetTakenSize<T>() <= static_cast<std::size_t>(end_ - cursor_);
-        return hasRoom ? wanted : CountTakeable<T>();
+        return CanTake<T>(wanted) ? wanted : CountTakeable<T>();
     }
     /// Take for so many T, side by side, GetTakenSize<T>() bytes each; at most CountTakeable<T>().
     template <class T>
