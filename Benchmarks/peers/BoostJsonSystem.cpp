@@ -91,16 +91,6 @@ void WalkValue(const json::value& value, Seen& seen) {
     }
 }
 
-void SetValue(json::value& value, std::int32_t number) {
-    if (value.is_bool()) {
-        value = number % 2 != 0;
-    } else if (value.is_double()) {
-        value = static_cast<double>(number);
-    } else {
-        value = static_cast<std::int64_t>(number);
-    }
-}
-
 /// A tree and the memory that it lives in.
 struct Document {
     json::monotonic_resource resource;
@@ -150,7 +140,8 @@ public:
         std::int32_t value = 0;
         for (const Place& place : places) {
             json::object& record = list[static_cast<std::size_t>(place.record)].get_object();
-            SetValue(record.find(View(GetKeyText(place.field)))->value(), value++);
+            json::value& field = record.find(View(GetKeyText(place.field)))->value();
+            SetNumberOf(place, value++, [&field](auto number) { field = number; });
         }
     }
 

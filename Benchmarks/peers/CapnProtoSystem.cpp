@@ -161,13 +161,19 @@ auto FindField(List record, int field) {
 }
 
 void SetValue(Structure::Builder node, std::int32_t number) {
-    switch (node.which()) {
-        case Structure::INTEGER: node.setInteger(number); return;
-        case Structure::INTEGER64: node.setInteger64(number); return;
-        case Structure::NUMBER: node.setNumber(number); return;
-        case Structure::BOOLEAN: node.setBoolean(number % 2 != 0); return;
-        default: Fail("Cap'n Proto: no number stands there");
-    }
+    node.setInteger(number);
+}
+
+void SetValue(Structure::Builder node, std::int64_t number) {
+    node.setInteger64(number);
+}
+
+void SetValue(Structure::Builder node, double number) {
+    node.setNumber(number);
+}
+
+void SetValue(Structure::Builder node, bool truth) {
+    node.setBoolean(truth);
 }
 
 capnp::ReaderOptions TrustOurOwn() {
@@ -214,7 +220,9 @@ public:
         Nodes::Builder list = tree_->getRoot<Structure>().getMap()[0].getVector();
         std::int32_t value = 0;
         for (const Place& place : places) {
-            SetValue(FindField(list[static_cast<unsigned>(place.record)].getMap(), place.field), value++);
+            const auto field = FindField(list[static_cast<unsigned>(place.record)].getMap(), place.field);
+            SetNumberOf(place, value++, [&field](auto number) { SetValue(field, number); });
+            ;
         }
     }
 

@@ -59,10 +59,10 @@ private:
 
 std::int64_t ValueAt(const Place& place) {
     switch (place.field) {
-        case 0:
-        case 4: return place.record;
+        case kIntegerField:
+        case kInteger64Field: return place.record;
         case 1: return static_cast<std::int64_t>(GetRecordText().utf8.size());
-        case 2: return place.record / 2;
+        case kDoubleField: return place.record / 2;
         case kBooleanField: return place.record % 2 == 0 ? 1 : 0;
         case kGuidField: return 0;
         default: return 1;

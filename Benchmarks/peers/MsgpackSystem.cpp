@@ -124,14 +124,6 @@ object& FindField(const object& record, int field) {
     Fail("msgpack-c: a field is missing");
 }
 
-object MakeNumber(const object& old, std::int32_t number) {
-    switch (old.type) {
-        case msgpack::type::FLOAT64: return object(static_cast<double>(number));
-        case msgpack::type::BOOLEAN: return object(number % 2 != 0);
-        default: return MakeInteger(number);
-    }
-}
-
 class MsgpackSystem final : public System {
 public:
     bool Can(Operation operation, const Workload&) const override { return operation != Operation::Path; }
@@ -161,7 +153,7 @@ public:
         std::int32_t value = 0;
         for (const Place& place : places) {
             object& field = FindField(list[place.record], place.field);
-            field = MakeNumber(field, value++);
+            SetNumberOf(place, value++, [&field](auto number) { field = object(number); });
         }
     }
 

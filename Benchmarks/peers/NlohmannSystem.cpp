@@ -84,14 +84,20 @@ void WalkValue(const Json& value, Seen& seen) {
     }
 }
 
+void SetValue(Json& value, std::int64_t number) {
+    *value.get_ptr<Json::number_integer_t*>() = number;
+}
+
 void SetValue(Json& value, std::int32_t number) {
-    if (auto* const boolean = value.get_ptr<Json::boolean_t*>()) {
-        *boolean = number % 2 != 0;
-    } else if (auto* const real = value.get_ptr<Json::number_float_t*>()) {
-        *real = number;
-    } else {
-        *value.get_ptr<Json::number_integer_t*>() = number;
-    }
+    SetValue(value, std::int64_t{number});
+}
+
+void SetValue(Json& value, double number) {
+    *value.get_ptr<Json::number_float_t*>() = number;
+}
+
+void SetValue(Json& value, bool truth) {
+    *value.get_ptr<Json::boolean_t*>() = truth;
 }
 
 class NlohmannSystem final : public System {
@@ -129,7 +135,8 @@ public:
     void Set(const std::vector<Place>& places) override {
         std::int32_t value = 0;
         for (const Place& place : places) {
-            SetValue(const_cast<Json&>(FindField(place)), value++);
+            Json& field = const_cast<Json&>(FindField(place));
+            SetNumberOf(place, value++, [&field](auto number) { SetValue(field, number); });
         }
     }
 

@@ -177,13 +177,19 @@ std::int64_t GetValue(Node* node) {
 }
 
 void SetValue(Node* node, std::int32_t value) {
-    switch (node->GetType()) {
-        case NodeTypeInteger: static_cast<Integer*>(node)->Set(value); return;
-        case NodeTypeInteger64: static_cast<Integer64*>(node)->Set(value); return;
-        case NodeTypeDouble: static_cast<Double*>(node)->Set(value); return;
-        case NodeTypeBoolean: static_cast<Boolean*>(node)->Set(value % 2 != 0); return;
-        default: Fail("this library: no number stands there");
-    }
+    static_cast<Integer*>(node)->Set(value);
+}
+
+void SetValue(Node* node, std::int64_t value) {
+    static_cast<Integer64*>(node)->Set(value);
+}
+
+void SetValue(Node* node, double value) {
+    static_cast<Double*>(node)->Set(value);
+}
+
+void SetValue(Node* node, bool value) {
+    static_cast<Boolean*>(node)->Set(value);
 }
 
 using TreeHandle = KivBase::ReturnPtrI<Tree>;
@@ -245,7 +251,8 @@ public:
         const Vector& list = GetList();
         std::int32_t value = 0;
         for (const Place& place : places) {
-            SetValue(static_cast<Map*>(list.GetNV(place.record))->GetNV(place.field), value++);
+            Node* const node = static_cast<Map*>(list.GetNV(place.record))->GetNV(place.field);
+            SetNumberOf(place, value++, [node](auto number) { SetValue(node, number); });
         }
     }
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kLookups = 1'000'000;
 constexpr int kPaths = 200'000;
-constexpr std::array<std::int32_t, 4> kNumberFields = {0, 2, 3, 4};
+constexpr std::array<std::int32_t, 4> kNumberFields = {kIntegerField, kDoubleField, kBooleanField, kInteger64Field};
 
 template <class GetField>
 std::vector<Place> MakePlaces(int count, int records, unsigned seed, GetField getField) {

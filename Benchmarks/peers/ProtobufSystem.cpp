@@ -139,13 +139,19 @@ bool AreEqual(const Message& left, const Message& right) {
 }
 
 void SetValue(Message& message, std::int32_t number) {
-    switch (message.value_case()) {
-        case Message::kInteger: message.set_integer(number); return;
-        case Message::kInteger64: message.set_integer64(number); return;
-        case Message::kNumber: message.set_number(number); return;
-        case Message::kBoolean: message.set_boolean(number % 2 != 0); return;
-        default: Fail("protobuf: no number stands there");
-    }
+    message.set_integer(number);
+}
+
+void SetValue(Message& message, std::int64_t number) {
+    message.set_integer64(number);
+}
+
+void SetValue(Message& message, double number) {
+    message.set_number(number);
+}
+
+void SetValue(Message& message, bool truth) {
+    message.set_boolean(truth);
 }
 
 /// A tree and the memory that it lives in.
@@ -187,7 +193,8 @@ public:
         std::int32_t value = 0;
         for (const Place& place : places) {
             auto& entries = *list.mutable_elements(place.record)->mutable_map()->mutable_entries();
-            SetValue(entries.find(place.field)->second, value++);
+            Message& field = entries.find(place.field)->second;
+            SetNumberOf(place, value++, [&field](auto number) { SetValue(field, number); });
         }
     }
 

@@ -99,14 +99,20 @@ std::int64_t GetValue(const Value& value) {
     }
 }
 
+void SetValue(Value& value, std::int64_t number) {
+    value.SetInt64(number);
+}
+
 void SetValue(Value& value, std::int32_t number) {
-    if (value.IsBool()) {
-        value.SetBool(number % 2 != 0);
-    } else if (value.IsDouble()) {
-        value.SetDouble(number);
-    } else {
-        value.SetInt64(number);
-    }
+    value.SetInt64(number);
+}
+
+void SetValue(Value& value, double number) {
+    value.SetDouble(number);
+}
+
+void SetValue(Value& value, bool truth) {
+    value.SetBool(truth);
 }
 
 Value FieldName(int field) {
@@ -161,7 +167,8 @@ public:
         Value& list = (*document_)["0"];
         std::int32_t value = 0;
         for (const Place& place : places) {
-            SetValue(list[static_cast<SizeType>(place.record)].FindMember(FieldName(place.field))->value, value++);
+            Value& field = list[static_cast<SizeType>(place.record)].FindMember(FieldName(place.field))->value;
+            SetNumberOf(place, value++, [&field](auto number) { SetValue(field, number); });
         }
     }
 

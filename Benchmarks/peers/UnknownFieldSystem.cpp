@@ -127,14 +127,20 @@ UnknownField& FindField(const UnknownFieldSet& record, int field) {
 }
 
 /// Which of the record's integers is a Boolean only the caller knows.
-void SetValue(UnknownField& field, std::int32_t number, bool isBoolean) {
-    if (field.type() == UnknownField::TYPE_FIXED64) {
-        field.set_fixed64(ToBits(number));
-    } else if (isBoolean) {
-        field.set_varint(number % 2 != 0 ? 1 : 0);
-    } else {
-        field.set_varint(static_cast<std::uint64_t>(number));
-    }
+void SetValue(UnknownField& field, std::int64_t number) {
+    field.set_varint(static_cast<std::uint64_t>(number));
+}
+
+void SetValue(UnknownField& field, std::int32_t number) {
+    SetValue(field, std::int64_t{number});
+}
+
+void SetValue(UnknownField& field, double number) {
+    field.set_fixed64(ToBits(number));
+}
+
+void SetValue(UnknownField& field, bool truth) {
+    field.set_varint(truth ? 1 : 0);
 }
 
 class UnknownFieldsSystem final : public System {
@@ -163,7 +169,7 @@ public:
         std::int32_t value = 0;
         for (const Place& place : places) {
             UnknownField& field = FindField(list.field(place.record).group(), place.field);
-            SetValue(field, value++, place.field == kBooleanField);
+            SetNumberOf(place, value++, [&field](auto number) { SetValue(field, number); });
         }
     }
 

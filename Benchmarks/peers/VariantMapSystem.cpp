@@ -107,18 +107,6 @@ void WalkValue(const Value& value, Seen& seen) {
     }
 }
 
-struct SetValue {
-    std::int32_t number;
-    void operator()(std::int32_t& value) const { value = number; }
-    void operator()(std::int64_t& value) const { value = number; }
-    void operator()(double& value) const { value = number; }
-    void operator()(bool& value) const { value = number % 2 != 0; }
-    template <class T>
-    void operator()(T&) const {
-        Fail("std::map: no number stands there");
-    }
-};
-
 class Writer {
 public:
     explicit Writer(std::string& bytes) : bytes_(bytes) {}
@@ -262,7 +250,8 @@ public:
         const List& list = GetList();
         std::int32_t value = 0;
         for (const Place& place : places) {
-            std::visit(SetValue{value++}, const_cast<Value&>(FindField(list, place)).content);
+            Value& field = const_cast<Value&>(FindField(list, place));
+            SetNumberOf(place, value++, [&field](auto number) { std::get<decltype(number)>(field.content) = number; });
         }
     }
 

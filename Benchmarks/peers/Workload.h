@@ -40,7 +40,10 @@ struct Place {
 };
 
 inline constexpr int kRecordFields = 8;
+inline constexpr int kIntegerField = 0;
+inline constexpr int kDoubleField = 2;
 inline constexpr int kBooleanField = 3;
+inline constexpr int kInteger64Field = 4;
 inline constexpr int kGuidField = 5;
 inline constexpr int kNestedFields = 3;
 inline constexpr int kNestedNumbers = 4;
@@ -83,12 +86,12 @@ void WriteNumbers(Cursor& composite, int count, int step = 1) {
 
 template <class Cursor>
 void WriteRecord(Cursor& record, int number) {
-    record.Integer(0, number);
+    record.Integer(kIntegerField, number);
     record.Text(1, GetRecordText());
-    record.Double(2, number * 0.5);
-    record.Boolean(3, number % 2 == 0);
-    record.Integer64(4, number);
-    record.Guid(5, GetRecordGuid());
+    record.Double(kDoubleField, number * 0.5);
+    record.Boolean(kBooleanField, number % 2 == 0);
+    record.Integer64(kInteger64Field, number);
+    record.Guid(kGuidField, GetRecordGuid());
     record.Map(6, kNestedFields, kTagOfThreeSlots, [](auto& nested) { WriteNumbers(nested, kNestedFields); });
     record.Vector(7, kNestedNumbers, [](auto& nested) { WriteNumbers(nested, kNestedNumbers); });
 }
@@ -98,6 +101,18 @@ void WriteChain(Cursor& level, int levels) {
     level.Vector(0, kChainNumbers, [](auto& numbers) { WriteNumbers(numbers, kChainNumbers); });
     if (levels > 1) {
         level.Vector(1, levels > 2 ? 2 : 1, [levels](auto& next) { WriteChain(next, levels - 1); });
+    }
+}
+
+/// Calls `set(value)` with the value that a record's field of numbers is set to: a std::int32_t, std::int64_t, double or bool.
+/// Which it is follows from the field, as it does for a host that knows its records, and not from what stands there.
+template <class SetValue>
+void SetNumberOf(const Place& place, std::int32_t number, SetValue set) {
+    switch (place.field) {
+        case kDoubleField: set(static_cast<double>(number)); return;
+        case kBooleanField: set(number % 2 != 0); return;
+        case kInteger64Field: set(std::int64_t{number}); return;
+        default: set(number); return;
     }
 }
 
