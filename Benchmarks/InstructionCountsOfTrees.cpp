@@ -1,4 +1,10 @@
-#include <KivGenerics/Node.h>
+#include <KivGenerics/Boolean.h>
+#include <KivGenerics/Double.h>
+#include <KivGenerics/Integer.h>
+#include <KivGenerics/Integer64.h>
+#include <KivGenerics/IterateFlags.h>
+#include <KivGenerics/RowVisitor.h>
+#include <KivGenerics/String.h>
 
 #include "InstructionCounts.h"
 #include "Shapes.h"
@@ -22,6 +28,46 @@ constexpr Form kForms[] = {
     {"sparse", FillSparse, FillSparseTyped, FillSparseInRuns, kNodesOfTree},
     {"nested", FillNested, FillNestedTyped, FillNestedInRuns, 2'500},
 };
+
+class RowSum final : public RowVisitor {
+public:
+    RowSum() : RowVisitor({NodeTypeBoolean, NodeTypeDouble, NodeTypeInteger, NodeTypeInteger64, NodeTypeString}) {}
+
+    VisitCode VisitBooleans(LeafRow<Boolean> row) override {
+        return Add(row, [](const Boolean& leaf) { return leaf.Get() ? 1 : 0; });
+    }
+    VisitCode VisitDoubles(LeafRow<Double> row) override {
+        return Add(row, [](const Double& leaf) { return leaf.Get(); });
+    }
+    VisitCode VisitIntegers(LeafRow<Integer> row) override {
+        return Add(row, [](const Integer& leaf) { return leaf.Get(); });
+    }
+    VisitCode VisitInteger64s(LeafRow<Integer64> row) override {
+        return Add(row, [](const Integer64& leaf) { return leaf.Get(); });
+    }
+    VisitCode VisitStrings(LeafRow<String> row) override {
+        return Add(row, [](const String& leaf) { return leaf.GetLength(); });
+    }
+
+    std::int64_t sum = 0;
+
+private:
+    template <class T, class GetNumber>
+    VisitCode Add(LeafRow<T> row, GetNumber getNumber) {
+        std::int64_t sumOfRow = 0;
+        for (const T* leaf : row) {
+            sumOfRow += static_cast<std::int64_t>(getNumber(*leaf));
+        }
+        sum += sumOfRow;
+        return VisitContinue;
+    }
+};
+
+void WalkRows(Input& input) {
+    RowSum sum;
+    input.tree->GetRoot()->IterateRows(&sum, SemanticTagNone, IterateSelf | IterateChildren | IterateDeeper);
+    Keep(sum.sum);
+}
 
 std::function<void(Input&)> Filling(Shape fill, std::size_t size) {
     return [fill, size](Input& input) {
@@ -68,6 +114,7 @@ std::vector<Count> ListTreeCounts() {
         counts.push_back({"build-runs", form.name, getUnits, prepareNothing, Filling(form.fillInRuns, form.size)});
         ListLookupCounts(counts, form.name, fill);
         ListCommonCounts(counts, form.name, fill, getUnits);
+        counts.push_back({"walk-rows", form.name, getUnits, fill, WalkRows});
         ListChanges(counts, form, getUnits);
     }
     return counts;

@@ -6,16 +6,19 @@
 #include <sstream>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <KivBase/Utf.h>
 #include <KivGenerics/Boolean.h>
 #include <KivGenerics/Children.h>
+#include <KivGenerics/Double.h>
 #include <KivGenerics/Exception.h>
 #include <KivGenerics/Integer.h>
 #include <KivGenerics/IterateFlags.h>
 #include <KivGenerics/Iterator.h>
 #include <KivGenerics/Map.h>
 #include <KivGenerics/NodeCast.h>
+#include <KivGenerics/RowVisitor.h>
 #include <KivGenerics/String.h>
 #include <KivGenerics/ToText.h>
 #include <KivGenerics/Tree.h>
@@ -76,6 +79,17 @@ Vector* WrapInVector(Map* map, int index) {
     return static_cast<Vector*>(map->NewNode(index, NodeTypeVector, true));
 }
 // [/wrapping]
+
+// [leaves-at-once]
+Map* AddMeasurement(Map* map, int index, const std::vector<double>& samples) {
+    static constexpr int kIndexes[] = {0, 1, 5000};
+    static constexpr std::int32_t kHead[] = {2026, 11, 3};
+    Map* const measurement = map->NewNode<Map>(index);
+    measurement->NewLeaves(kIndexes, kHead, 3);
+    measurement->NewNode<Vector>(2)->AddLeaves(samples.data(), static_cast<int>(samples.size()));
+    return measurement;
+}
+// [/leaves-at-once]
 
 // [temporality]
 void AddCaches(Map* person) {
@@ -149,6 +163,31 @@ public:
     VisitCode VisitString(String* node) override { return node->GetLength() == 0 ? VisitRemove : VisitContinue; }
 };
 // [/removing]
+
+// [rows]
+class SumOfDoubles final : public RowVisitor {
+public:
+    SumOfDoubles() : RowVisitor({NodeTypeDouble}) {}
+
+    VisitCode VisitDoubles(LeafRow<Double> row) override {
+        for (const Double* leaf : row) {
+            sum_ += leaf->Get();
+        }
+        return VisitContinue;
+    }
+
+    double Get() const { return sum_; }
+
+private:
+    double sum_ = 0;
+};
+
+double AddUp(Node* start) {
+    SumOfDoubles visitor;
+    start->IterateRows(&visitor, SemanticTagNone, 0);
+    return visitor.Get();
+}
+// [/rows]
 
 // [breadth-first]
 std::string ListKinds(Node* start) {
@@ -324,6 +363,9 @@ void CheckWalking(Checks& checks) {
     tree->GetRoot()->Iterate(&visitor, SemanticTagNone, 0);
     checks.ExpectEqual(ToText(tree->FindNodeByKey(u"0:2:0:")), std::string("\"Bernoulli numbers\""), "removing");
     checks.Expect(tree->FindNodeByKey(u"0:2:1:") == nullptr, "one note is left");
+    Map* const measurement = AddMeasurement(GetPerson(tree.Get()), 9, {0.5, 0.25, 8});
+    checks.ExpectEqual(ToText(measurement), std::string("Map(tag 1, 4 children)"), "leaves made at once");
+    checks.Expect(AddUp(tree->GetRoot()) == 8.75, "leaves shown in rows");
 }
 
 void CheckKeys(Checks& checks) {

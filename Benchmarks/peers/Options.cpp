@@ -18,6 +18,7 @@ constexpr const char* kUsage =
     "  --workload NAME,...   these workloads: %s\n"
     "  --unicode FILE        the tree of the Unicode Character Database as the example UnicodeData saves it: workload "
     "W5\n"
+    "  --one-by-one          this library makes and shows one leaf at a time; else those together that come together\n"
     "  --fresh               with memory fresh from the system; else with a warm heap\n"
     "  --csv FILE            every figure with its quartiles\n"
     "  --markdown FILE       the tables that are printed\n"
@@ -93,6 +94,7 @@ Options ReadOptions(int count, char** arguments) {
     std::vector<SystemEntry> peers = GetPeers();
     std::string workloads;
     std::string unicode;
+    bool oneByOne = false;
     for (int i = 1; i < count; ++i) {
         const std::string option = arguments[i];
         const auto value = [&]() -> std::string {
@@ -115,6 +117,8 @@ Options ReadOptions(int count, char** arguments) {
             unicode = value();
         } else if (option == "--fresh") {
             options.request.heap = Heap::Fresh;
+        } else if (option == "--one-by-one") {
+            oneByOne = true;
         } else if (option == "--svg") {
             options.svg = value();
         } else if (option == "--growth") {
@@ -131,11 +135,14 @@ Options ReadOptions(int count, char** arguments) {
             Fail("\"" + option + "\" is not understood");
         }
     }
+    if (options.check && oneByOne) {
+        Fail("--check is about what comes together: leave out --one-by-one");
+    }
     if (options.check && (peers.size() != GetPeers().size() || !workloads.empty())) {
         Fail("--check is about every system and workload: leave out --only and --workload");
     }
     options.request.workloads = ChooseWorkloads(workloads, unicode);
-    options.request.systems = {GetOwn()};
+    options.request.systems = {GetOwn(oneByOne)};
     options.request.systems.insert(options.request.systems.end(), peers.begin(), peers.end());
     return options;
 }

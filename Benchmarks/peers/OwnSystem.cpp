@@ -1,8 +1,10 @@
-// This library. Numbers that come together are handed over in arrays, as others fill arrays of objects in place. The root
+// This library. Numbers that come together are handed over in arrays, as others fill arrays of objects in place, and leaves
+// that stand side by side are walked over in rows; or, where that is asked for, each is made and shown by itself. The root
 // must be a map to be saved, so every workload's root is one. Loading refuses more than 1,000 levels of composites, whatever
 // the machine's stack: a deeper chain is saved but not loaded.
 
 #include <algorithm>
+#include <type_traits>
 
 #include <KivGenerics/Boolean.h>
 #include <KivGenerics/Double.h>
@@ -16,6 +18,7 @@
 #include <KivGenerics/Map.h>
 #include <KivGenerics/NodeCast.h>
 #include <KivGenerics/ResultCode.h>
+#include <KivGenerics/RowVisitor.h>
 #include <KivGenerics/String.h>
 #include <KivGenerics/StringSet.h>
 #include <KivGenerics/Tree.h>
@@ -31,9 +34,6 @@ using namespace KivGenerics;
 
 namespace Peers {
 namespace {
-
-template <class Composite>
-class Cursor;
 
 template <class T>
 T* New(Vector& vector, int, SemanticTag tag = SemanticTagNone) {
@@ -56,12 +56,14 @@ void MakeLeaves(Map& map, const int* keys, const std::int32_t* values, int count
     map.NewLeaves(keys, values, count);
 }
 
-template <class Composite>
+/// Makes what stands in a composite; with InRuns numbers that come together in one go.
+template <class Composite, bool InRuns>
 class Cursor {
 public:
     explicit Cursor(Composite& composite) : composite_(composite) {}
 
     void Integer(int key, std::int32_t value) { New<KivGenerics::Integer>(composite_, key)->Set(value); }
+    template <bool Exists = InRuns, class = std::enable_if_t<Exists>>
     void Integers(int count, int step) {
         int keys[kHandedOver];
         std::int32_t values[kHandedOver];
@@ -84,12 +86,12 @@ public:
     void Vector(int key, int size, Fill fill) {
         auto* const vector = New<KivGenerics::Vector>(composite_, key);
         vector->Reserve(size);
-        Cursor<KivGenerics::Vector> cursor(*vector);
+        Cursor<KivGenerics::Vector, InRuns> cursor(*vector);
         fill(cursor);
     }
     template <class Fill>
     void Map(int key, int, int tag, Fill fill) {
-        Cursor<KivGenerics::Map> cursor(*New<KivGenerics::Map>(composite_, key, SemanticTag(tag)));
+        Cursor<KivGenerics::Map, InRuns> cursor(*New<KivGenerics::Map>(composite_, key, SemanticTag(tag)));
         fill(cursor);
     }
     void Set(int key, const std::vector<std::int32_t>& values) {
@@ -116,14 +118,10 @@ private:
     Composite& composite_;
 };
 
-class Sum final : public Visitor {
+/// What a walk comes to: what no visitor is shown in rows.
+template <class Base>
+class Sums : public Base {
 public:
-    VisitCode VisitBoolean(Boolean* node) override { return Add(node->Get() ? 1 : 0); }
-    VisitCode VisitDouble(Double* node) override { return Add(static_cast<std::int64_t>(node->Get())); }
-    VisitCode VisitGlobalID(GlobalID*) override { return Add(sizeof(GUID)); }
-    VisitCode VisitInteger(Integer* node) override { return Add(node->Get()); }
-    VisitCode VisitInteger64(Integer64* node) override { return Add(node->Get()); }
-    VisitCode VisitString(String* node) override { return Add(static_cast<std::int64_t>(node->GetLength())); }
     VisitCode VisitIntegerSet(IntegerSet* node) override {
         return AddElements(node->GetElements(), [](std::int32_t value) { return value; });
     }
@@ -137,10 +135,19 @@ public:
     VisitCode VisitIdSet(IdSet* node) override {
         return AddElements(node->GetElements(), [](const GUID&) { return std::int64_t{sizeof(GUID)}; });
     }
-    VisitCode VisitMap(Map*, bool) override { return Add(0); }
-    VisitCode VisitVector(Vector*, bool) override { return Add(0); }
+    VisitCode VisitMap(Map*, bool) override { return Add(1, 0); }
+    VisitCode VisitVector(Vector*, bool) override { return Add(1, 0); }
 
     Seen seen;
+
+protected:
+    using Base::Base;
+
+    VisitCode Add(int nodes, std::int64_t value) {
+        seen.nodes += nodes;
+        seen.sum += value;
+        return VisitContinue;
+    }
 
 private:
     template <class Elements, class GetNumber>
@@ -149,19 +156,75 @@ private:
         for (const auto& element : elements) {
             sum += getNumber(element);
         }
-        return Add(sum);
-    }
-    VisitCode Add(std::int64_t value) {
-        ++seen.nodes;
-        seen.sum += value;
-        return VisitContinue;
+        return Add(1, sum);
     }
 };
 
+std::int64_t GetNumber(const Boolean& leaf) {
+    return leaf.Get() ? 1 : 0;
+}
+std::int64_t GetNumber(const Double& leaf) {
+    return static_cast<std::int64_t>(leaf.Get());
+}
+std::int64_t GetNumber(const GlobalID&) {
+    return sizeof(GUID);
+}
+std::int64_t GetNumber(const Integer& leaf) {
+    return leaf.Get();
+}
+std::int64_t GetNumber(const Integer64& leaf) {
+    return leaf.Get();
+}
+std::int64_t GetNumber(const String& leaf) {
+    return static_cast<std::int64_t>(leaf.GetLength());
+}
+
+class Sum final : public Sums<Visitor> {
+public:
+    VisitCode VisitBoolean(Boolean* node) override { return Add(1, GetNumber(*node)); }
+    VisitCode VisitDouble(Double* node) override { return Add(1, GetNumber(*node)); }
+    VisitCode VisitGlobalID(GlobalID* node) override { return Add(1, GetNumber(*node)); }
+    VisitCode VisitInteger(Integer* node) override { return Add(1, GetNumber(*node)); }
+    VisitCode VisitInteger64(Integer64* node) override { return Add(1, GetNumber(*node)); }
+    VisitCode VisitString(String* node) override { return Add(1, GetNumber(*node)); }
+};
+
+class RowSum final : public Sums<RowVisitor> {
+public:
+    RowSum()
+        : Sums({NodeTypeBoolean, NodeTypeDouble, NodeTypeGlobalID, NodeTypeInteger, NodeTypeInteger64,
+                NodeTypeString}) {}
+
+    VisitCode VisitBooleans(LeafRow<Boolean> row) override { return AddRow(row); }
+    VisitCode VisitDoubles(LeafRow<Double> row) override { return AddRow(row); }
+    VisitCode VisitGlobalIDs(LeafRow<GlobalID> row) override { return AddRow(row); }
+    VisitCode VisitIntegers(LeafRow<Integer> row) override { return AddRow(row); }
+    VisitCode VisitInteger64s(LeafRow<Integer64> row) override { return AddRow(row); }
+    VisitCode VisitStrings(LeafRow<String> row) override { return AddRow(row); }
+
+private:
+    template <class T>
+    VisitCode AddRow(LeafRow<T> row) {
+        std::int64_t sum = 0;
+        for (const T* leaf : row) {
+            sum += GetNumber(*leaf);
+        }
+        return Add(row.GetSize(), sum);
+    }
+};
+
+template <bool InRuns>
 Seen WalkTree(const Tree& tree) {
-    Sum sum;
-    tree.GetRoot()->Iterate(&sum, SemanticTagNone, IterateSelf | IterateChildren | IterateDeeper);
-    return sum.seen;
+    constexpr int kAll = IterateSelf | IterateChildren | IterateDeeper;
+    if constexpr (InRuns) {
+        RowSum sum;
+        tree.GetRoot()->IterateRows(&sum, SemanticTagNone, kAll);
+        return sum.seen;
+    } else {
+        Sum sum;
+        tree.GetRoot()->Iterate(&sum, SemanticTagNone, kAll);
+        return sum.seen;
+    }
 }
 
 std::int64_t GetValue(Node* node) {
@@ -198,6 +261,7 @@ TreeHandle NewTree() {
     return CreateGenericTree(EnumOrvObjectType(0));
 }
 
+template <bool InRuns>
 class OwnSystem final : public System {
 public:
     bool Can(Operation operation, const Workload& workload) const override {
@@ -208,11 +272,11 @@ public:
 
     void Build(const Workload& workload) override {
         tree_ = NewTree();
-        Cursor<Map> root(*static_cast<Map*>(tree_->NewRoot(NodeTypeMap)));
+        Cursor<Map, InRuns> root(*static_cast<Map*>(tree_->NewRoot(NodeTypeMap)));
         Write(workload, root);
     }
 
-    Seen Walk() const override { return WalkTree(*tree_); }
+    Seen Walk() const override { return WalkTree<InRuns>(*tree_); }
 
     std::int64_t Lookup(const std::vector<Place>& places) const override {
         const Vector& list = GetList();
@@ -282,7 +346,7 @@ public:
         }
     }
 
-    Seen WalkLoaded() const override { return WalkTree(*loaded_); }
+    Seen WalkLoaded() const override { return WalkTree<InRuns>(*loaded_); }
     void Release() override { tree_ = TreeHandle(); }
     void ReleaseOthers() override {
         copy_ = TreeHandle();
@@ -304,7 +368,11 @@ private:
 }  // namespace
 
 std::unique_ptr<System> MakeOwn() {
-    return std::make_unique<OwnSystem>();
+    return std::make_unique<OwnSystem<true>>();
+}
+
+std::unique_ptr<System> MakeOwnOneByOne() {
+    return std::make_unique<OwnSystem<false>>();
 }
 
 }  // namespace Peers

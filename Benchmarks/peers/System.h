@@ -68,6 +68,7 @@ struct SystemEntry {
 };
 
 std::unique_ptr<System> MakeOwn();
+std::unique_ptr<System> MakeOwnOneByOne();
 std::unique_ptr<System> MakeMsgpack();
 std::unique_ptr<System> MakeUnknownFields();
 std::unique_ptr<System> MakeRapidJson();

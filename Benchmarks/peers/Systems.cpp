@@ -28,8 +28,8 @@ Workload MakeSets(const char* name, const char* title, int count, int elements) 
 
 }  // namespace
 
-SystemEntry GetOwn() {
-    return {"this library", "own", MakeOwn, {}};
+SystemEntry GetOwn(bool oneByOne) {
+    return {"this library", "own", oneByOne ? MakeOwnOneByOne : MakeOwn, {}};
 }
 
 std::vector<SystemEntry> GetPeers() {

@@ -8,8 +8,8 @@
 
 namespace Peers {
 
-/// This library.
-SystemEntry GetOwn();
+/// This library; `oneByOne`: with the operations that make and show one leaf at a time.
+SystemEntry GetOwn(bool oneByOne = false);
 
 /// The others, in the order of the tables.
 std::vector<SystemEntry> GetPeers();

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <type_traits>
+
 #include "core/Likeness.h"
 #include "core/Prefetch.h"
 #include "traversal/FoundComposite.h"
@@ -9,17 +12,19 @@
 namespace KivGenerics {
 
 /// Shows the leaves of one composite, which stand at `Places`, in rows of those that are treated alike.
-template <class Places>
+template <class Shown, class Places>
 class LeafRows {
 public:
-    LeafRows(Visitor& visitor, const WalkLevel& level, Places& places) noexcept
+    LeafRows(Shown& visitor, const WalkLevel& level, Places& places) noexcept
         : visitor_(visitor), level_(level), places_(places) {}
 
     /// Walks over leaves from `child`, which is one, on: up to a composite or to the end.
     [[gnu::always_inline]] FoundComposite WalkToComposite(Node* child) {
         Likeness likeness = GetLikenessOf(*child);
         for (;;) {
-            const RowEnd end = IsShown(likeness) ? WalkRow(child, likeness) : PassRow(child, likeness);
+            const RowEnd end = !IsShown(likeness)                           ? PassRow(child, likeness)
+                               : TakesRows(visitor_, GetLikeType(likeness)) ? ShowWhole(child, likeness)
+                                                                            : WalkRow(child, likeness);
             if (end != RowEnd::Child) {
                 return {nullptr, end == RowEnd::Stop ? FoundComposite::kStopped : 0};
             }
@@ -57,6 +62,49 @@ private:
             case NodeTypeMap: break;
         }
         return RowEnd::Child;
+    }
+
+    /// Shows `leaf` and those like it that come next at once, as many as stand side by side; `leaf` is the child behind them then.
+    RowEnd ShowWhole(Node*& leaf, Likeness& likeness) {
+        if constexpr (std::is_same_v<Shown, RowVisitor>) {
+            Node* const* last = nullptr;
+            Node* const* const first = places_.GetRun(last);
+            Node* const* const end =
+                last - first < kMostAtOnce ? FindEndOfLike(first, last) : FindEndOfLong(first, likeness);
+            const std::ptrdiff_t more = end - first - 1;
+            const int lastIndex = end[-1]->GetIndex();
+            const VisitCode answer = ShowRow(visitor_, GetLikeType(likeness), first, end);
+            if (answer == VisitStop) {
+                return RowEnd::Stop;
+            }
+            if (answer == VisitRemove) {
+                RemoveRow(leaf, more);
+            } else {
+                places_.Skip(more, lastIndex);
+            }
+            if (!places_.Next(leaf)) {
+                return RowEnd::Nothing;
+            }
+            likeness = GetLikenessOf(*leaf);
+        }
+        return RowEnd::Child;
+    }
+    /// FindEndOfLike where there are kMostAtOnce children and more. What comes behind them is asked for; where there are less, the
+    /// processor does as well by itself.
+    static Node* const* FindEndOfLong(Node* const* place, Likeness likeness) noexcept {
+        Node* const* const limit = place + kMostAtOnce;
+        do {
+            PrefetchBehind(*place);
+            ++place;
+        } while (place != limit && GetLikenessOf(**place) == likeness);
+        return place;
+    }
+    /// Removes `leaf` and so many behind it, as they would be one by one.
+    void RemoveRow(Node*& leaf, std::ptrdiff_t more) {
+        places_.Remove(*leaf);
+        for (; more > 0 && places_.Next(leaf); --more) {
+            places_.Remove(*leaf);
+        }
     }
 
     /// Passes by `leaf` and those like it that come next; `leaf` is the child behind them then.
@@ -97,7 +145,10 @@ private:
         }
     }
 
-    Visitor& visitor_;
+    // Few enough that what has been looked at once is still in the processor's cache when the visitor looks at it.
+    static constexpr std::ptrdiff_t kMostAtOnce = 64;
+
+    Shown& visitor_;
     const WalkLevel& level_;
     Places& places_;
 };

@@ -1,6 +1,7 @@
 #include "traversal/LeavesOfMap.h"
 
 #include <new>
+#include <type_traits>
 
 #include "core/MapChildren.h"
 #include "core/Prefetch.h"
@@ -28,7 +29,8 @@ VisitCode Show(Visitor& visitor, Node& leaf) {
     return VisitContinue;
 }
 
-FoundComposite WalkBeyond(Visitor& visitor, const WalkLevel& level, const OverflowPlaces& from, Node* child,
+template <class Shown>
+FoundComposite WalkBeyond(Shown& visitor, const WalkLevel& level, const OverflowPlaces& from, Node* child,
                           OverflowPlace& beyond) {
     OverflowPlaces places = from;  // a copy that can stay in the processor's registers
     const FoundComposite found = IsCompositeType(child->GetType())
@@ -43,7 +45,8 @@ FoundComposite WalkBeyond(Visitor& visitor, const WalkLevel& level, const Overfl
 }  // namespace
 
 // What stands in slots is rarely of one kind, and one after the other asks less than looking for rows.
-FoundComposite WalkLeavesInSlots(Visitor& visitor, const WalkLevel& level, Map& map, std::ptrdiff_t at,
+template <class Shown>
+FoundComposite WalkLeavesInSlots(Shown& visitor, const WalkLevel& level, Map& map, std::ptrdiff_t at,
                                  OverflowPlace& beyond) {
     Node* const* const end = NodeAccess::GetSlots(map) + NodeAccess::GetSlotCount(map);
     for (Node* const* slot = NodeAccess::GetSlots(map) + at; slot != end; ++slot) {
@@ -59,6 +62,22 @@ FoundComposite WalkLeavesInSlots(Visitor& visitor, const WalkLevel& level, Map& 
         }
         if (!level.ShowsLeaves(child->GetTemporality())) {
             continue;
+        }
+        if constexpr (std::is_same_v<Shown, RowVisitor>) {
+            if (visitor.TakesRows(child->GetType())) {
+                Node* const* const behind = FindEndOfLike(slot, end);
+                const VisitCode answer = ShowRow(visitor, child->GetType(), slot, behind);
+                if (answer == VisitStop) {
+                    return {nullptr, FoundComposite::kStopped};
+                }
+                for (; slot != behind; ++slot) {
+                    if (answer == VisitRemove) {
+                        map.Remove(static_cast<int>(slot - NodeAccess::GetSlots(map)));
+                    }
+                }
+                --slot;
+                continue;
+            }
         }
         PrefetchBehind(child);
         const VisitCode answer = Show(visitor, *child);
@@ -76,14 +95,16 @@ FoundComposite WalkLeavesInSlots(Visitor& visitor, const WalkLevel& level, Map& 
     return overflow == nullptr ? FoundComposite{nullptr, 0} : BeginBeyondSlots(visitor, level, *overflow, beyond);
 }
 
-FoundComposite BeginBeyondSlots(Visitor& visitor, const WalkLevel& level, const MapOverflow& overflow,
+template <class Shown>
+FoundComposite BeginBeyondSlots(Shown& visitor, const WalkLevel& level, const MapOverflow& overflow,
                                 OverflowPlace& beyond) {
     const OverflowPlaces places(overflow);
     Node* child = nullptr;
     return places.First(child) ? WalkBeyond(visitor, level, places, child, beyond) : FoundComposite{nullptr, 0};
 }
 
-FoundComposite GoOnBeyondSlots(Visitor& visitor, const WalkLevel& level, const MapOverflow& overflow,
+template <class Shown>
+FoundComposite GoOnBeyondSlots(Shown& visitor, const WalkLevel& level, const MapOverflow& overflow,
                                OverflowPlace& beyond, Node* child, bool removes) {
     OverflowPlaces places(overflow, beyond);
     if (removes) {
@@ -91,5 +112,18 @@ FoundComposite GoOnBeyondSlots(Visitor& visitor, const WalkLevel& level, const M
     }
     return places.Next(child) ? WalkBeyond(visitor, level, places, child, beyond) : FoundComposite{nullptr, 0};
 }
+
+template FoundComposite WalkLeavesInSlots(Visitor& visitor, const WalkLevel& level, Map& map, std::ptrdiff_t at,
+                                          OverflowPlace& beyond);
+template FoundComposite WalkLeavesInSlots(RowVisitor& visitor, const WalkLevel& level, Map& map, std::ptrdiff_t at,
+                                          OverflowPlace& beyond);
+template FoundComposite BeginBeyondSlots(Visitor& visitor, const WalkLevel& level, const MapOverflow& overflow,
+                                         OverflowPlace& beyond);
+template FoundComposite BeginBeyondSlots(RowVisitor& visitor, const WalkLevel& level, const MapOverflow& overflow,
+                                         OverflowPlace& beyond);
+template FoundComposite GoOnBeyondSlots(Visitor& visitor, const WalkLevel& level, const MapOverflow& overflow,
+                                        OverflowPlace& beyond, Node* child, bool removes);
+template FoundComposite GoOnBeyondSlots(RowVisitor& visitor, const WalkLevel& level, const MapOverflow& overflow,
+                                        OverflowPlace& beyond, Node* child, bool removes);
 
 }  // namespace KivGenerics

@@ -8,6 +8,7 @@
 #include <KivGenerics/Integer.h>
 #include <KivGenerics/Integer64.h>
 #include <KivGenerics/IntegerSet.h>
+#include <KivGenerics/RowVisitor.h>
 #include <KivGenerics/String.h>
 #include <KivGenerics/StringSet.h>
 #include <KivGenerics/Visitor.h>
@@ -44,6 +45,33 @@ inline VisitCode ShowLeaf(Visitor& visitor, IntegerSet& leaf) {
 }
 inline VisitCode ShowLeaf(Visitor& visitor, StringSet& leaf) {
     return visitor.VisitStringSet(&leaf);
+}
+
+/// Shows a row of leaves of a kind that the visitor takes rows of.
+inline VisitCode ShowRow(RowVisitor& visitor, NodeType type, Node* const* first, Node* const* end) {
+    switch (type) {
+        case NodeTypeInteger: return visitor.VisitIntegers({first, end});
+        case NodeTypeGlobalID: return visitor.VisitGlobalIDs({first, end});
+        case NodeTypeString: return visitor.VisitStrings({first, end});
+        case NodeTypeDouble: return visitor.VisitDoubles({first, end});
+        case NodeTypeBoolean: return visitor.VisitBooleans({first, end});
+        case NodeTypeInteger64: return visitor.VisitInteger64s({first, end});
+        case NodeTypeVector:
+        case NodeTypeMap:
+        case NodeTypeIntegerSet:
+        case NodeTypeIdSet:
+        case NodeTypeStringSet:
+        case NodeTypeDoubleSet: break;
+    }
+    return VisitContinue;
+}
+
+/// Whether the leaves of a kind are shown in rows.
+constexpr bool TakesRows(const Visitor&, NodeType) noexcept {
+    return false;
+}
+inline bool TakesRows(const RowVisitor& visitor, NodeType type) noexcept {
+    return visitor.TakesRows(type);
 }
 
 }  // namespace KivGenerics

@@ -23,10 +23,10 @@ namespace KivGenerics {
 namespace {
 
 /// Most walks are plain, as WalkTask has it, and need not ask for what the others ask for at every composite.
-template <bool IsPlain>
+template <bool IsPlain, class Shown>
 class Walker {
 public:
-    explicit Walker(const WalkTask& task) noexcept : task_(task) {}
+    Walker(const WalkTask& task, Shown& visitor) noexcept : task_(task), visitor_(visitor) {}
 
     VisitCode Run(Composite& top, const WalkLevel& level);
 
@@ -37,8 +37,8 @@ private:
     WalkFrame* GetFirst() noexcept { return reinterpret_cast<WalkFrame*>(frames_); }
 
     /// Shows a composite before its children, and after them.
-    VisitCode Show(Vector& vector, bool postOrder) const { return task_.visitor.VisitVector(&vector, postOrder); }
-    VisitCode Show(Map& map, bool postOrder) const { return task_.visitor.VisitMap(&map, postOrder); }
+    VisitCode Show(Vector& vector, bool postOrder) const { return visitor_.VisitVector(&vector, postOrder); }
+    VisitCode Show(Map& map, bool postOrder) const { return visitor_.VisitMap(&map, postOrder); }
     static VisitCode GetAnswer(VisitCode code) noexcept { return code == VisitSkipChildren ? VisitContinue : code; }
 
     template <class T>
@@ -100,21 +100,20 @@ private:
             return {nullptr, 0};
         }
         return IsCompositeType(child->GetType()) ? FoundComposite{static_cast<Composite*>(child), at}
-                                                 : WalkLeavesOfVector(task_.visitor, level, vector, at, child);
+                                                 : WalkLeavesOfVector(visitor_, level, vector, at, child);
     }
     /// The same behind the slot `at`. Where it is one beyond the slots, `beyond` is its place.
     FoundComposite FindIn(Map& map, const WalkLevel& level, std::ptrdiff_t at, OverflowPlace& beyond) const {
         const MapChildren children(map);
         do {
             if (++at == children.slotCount) {
-                return children.overflow == nullptr
-                           ? FoundComposite{nullptr, 0}
-                           : BeginBeyondSlots(task_.visitor, level, *children.overflow, beyond);
+                return children.overflow == nullptr ? FoundComposite{nullptr, 0}
+                                                    : BeginBeyondSlots(visitor_, level, *children.overflow, beyond);
             }
         } while (children.slots[at] == nullptr);
         Node* const child = children.slots[at];
         return IsCompositeType(child->GetType()) ? FoundComposite{static_cast<Composite*>(child), at}
-                                                 : WalkLeavesInSlots(task_.visitor, level, map, at, beyond);
+                                                 : WalkLeavesInSlots(visitor_, level, map, at, beyond);
     }
 
     /// Goes on behind `child`, a composite that the walk has come out of with this answer.
@@ -130,7 +129,7 @@ private:
         }
         Map& map = static_cast<Map&>(frame.composite);
         if (frame.at == FoundComposite::kBeyondSlots) {
-            return GoOnBeyondSlots(task_.visitor, frame.level, *MapChildren(map).overflow, frame.beyond, child,
+            return GoOnBeyondSlots(visitor_, frame.level, *MapChildren(map).overflow, frame.beyond, child,
                                    code == VisitRemove);
         }
         if (code == VisitRemove) {
@@ -175,12 +174,13 @@ private:
     }
 
     const WalkTask task_;
+    Shown& visitor_;
     alignas(WalkFrame) unsigned char frames_[kFrames * sizeof(WalkFrame)];
 };
 
 /// Walks over a composite as IterateInner does.
-template <bool IsPlain>
-VisitCode Walker<IsPlain>::Run(Composite& top, const WalkLevel& topLevel) {
+template <bool IsPlain, class Shown>
+VisitCode Walker<IsPlain, Shown>::Run(Composite& top, const WalkLevel& topLevel) {
     WalkFrame* const limit = GetFirst() + kFrames;
     WalkFrame* end = GetFirst();
     Composite* child = &top;
@@ -189,7 +189,7 @@ VisitCode Walker<IsPlain>::Run(Composite& top, const WalkLevel& topLevel) {
         VisitCode code = VisitContinue;
         Composite* below = nullptr;
         if (end == limit) {
-            code = Walker(task_).Run(*child, *level);
+            code = Walker(task_, visitor_).Run(*child, *level);
         } else if (child->GetType() == NodeTypeVector) {
             below = Begin(static_cast<Vector&>(*child), *level, end, code);
         } else {
@@ -210,11 +210,15 @@ VisitCode Walker<IsPlain>::Run(Composite& top, const WalkLevel& topLevel) {
 
 }  // namespace
 
-VisitCode WalkComposite(Composite& top, Visitor& visitor, SemanticTag tag, int flags) {
-    const WalkTask task(visitor, tag, flags);
+template <class Shown>
+VisitCode WalkComposite(Composite& top, Shown& visitor, SemanticTag tag, int flags) {
+    const WalkTask task(tag, flags);
     const WalkLevels levels(task, flags);
-    return task.IsPlain(flags) ? Walker<true>(task).Run(top, levels.GetStart())
-                               : Walker<false>(task).Run(top, levels.GetStart());
+    return task.IsPlain(flags) ? Walker<true, Shown>(task, visitor).Run(top, levels.GetStart())
+                               : Walker<false, Shown>(task, visitor).Run(top, levels.GetStart());
 }
+
+template VisitCode WalkComposite(Composite& top, Visitor& visitor, SemanticTag tag, int flags);
+template VisitCode WalkComposite(Composite& top, RowVisitor& visitor, SemanticTag tag, int flags);
 
 }  // namespace KivGenerics

@@ -40,8 +40,8 @@ private:
 
 /// What a walk is to do, on all its levels.
 struct WalkTask {
-    WalkTask(Visitor& shownTo, SemanticTag wanted, int flags) noexcept
-        : visitor(shownTo), tag(wanted), seen(flags), asksDerived((flags & kUpToBits) != 0) {}
+    WalkTask(SemanticTag wanted, int flags) noexcept
+        : tag(wanted), seen(flags), asksDerived((flags & kUpToBits) != 0) {}
 
     /// False when the walk is restricted to temporalities that a composite's derived one does not reach: it is skipped whole.
     bool MayEnter(const Composite& composite) const noexcept {
@@ -55,7 +55,6 @@ struct WalkTask {
         return (flags & IteratePostOrder) == 0 && tag == SemanticTagNone && !asksDerived;
     }
 
-    Visitor& visitor;
     SemanticTag tag;
     SeenTemporalities seen;
     bool asksDerived;  // what may be entered goes by derived temporalities

@@ -9,6 +9,7 @@
 #include <KivCOMShared/COrvWriteArchive.h>
 #include <KivGenerics/Boolean.h>
 #include <KivGenerics/Iterator.h>
+#include <KivGenerics/RowVisitor.h>
 #include <KivGenerics/ToText.h>
 #include <KivGenerics/VisitorNode.h>
 #include <KivStorage/MemoryReadStream.h>
@@ -37,6 +38,10 @@ public:
 };
 
 class Nobody final : public VisitorNode {};
+class NobodyInRows final : public RowVisitor {
+public:
+    NobodyInRows() : RowVisitor({NodeTypeInteger, NodeTypeString}) {}
+};
 
 /// An operation on the node with this key, and on the one with the same key in the other tree.
 template <class T, class Operation>
@@ -110,6 +115,11 @@ const NodeOperation kNodeOperations[] = {
      [](Node& node, Node&) {
          Nobody visitor;
          node.Iterate(&visitor, SemanticTagNone, 0);
+     }},
+    {"IterateRows",
+     [](Node& node, Node&) {
+         NobodyInRows visitor;
+         node.IterateRows(&visitor, SemanticTagNone, 0);
      }},
     {"SetTemporality", [](Node& node, Node&) { node.SetTemporality(TemporalityTransient); }},
     {"GetType", [](Node& node, Node&) { node.GetType(); }},

@@ -26,6 +26,7 @@ class Iterator;
 class Map;
 class Node;
 class NodeSource;
+class RowVisitor;
 class String;
 class StringSet;
 class Tree;
