@@ -1,3 +1,4 @@
+#include <array>
 #include <stdexcept>
 
 #include <KivGenerics/Boolean.h>
@@ -86,6 +87,95 @@ void RunAddAs(World& world, Choices& choices) {
             return VectorOf(*vector)->template Add<typename decltype(kind)::Class>(tag);
         };
         world.Both([&] { return MakeAs(type, make); }, [&] { return &Add(*vector, type, tag); });
+    }
+}
+
+/// Up to four values of one kind, which both get.
+template <class T, class Value>
+struct Leaves {
+    Leaves(Choices& choices, Value (*choose)(Choices&)) : count(static_cast<int>(choices.Below(kMost + 1))) {
+        for (Value& value : values) {
+            value = choose(choices);
+        }
+    }
+    /// What Set does to a leaf of the model.
+    static void Set(Item& leaf, const Value& value) {
+        Guard(*leaf.tree);
+        leaf.value = value;
+    }
+
+    static constexpr int kMost = 4;
+    int count;
+    std::array<Value, kMost> values{};
+};
+
+using Integers = Leaves<Integer, std::int32_t>;
+using Doubles = Leaves<Double, double>;
+
+std::int32_t ChooseNumber(Choices& choices) {
+    return choices.AnyNumber();
+}
+
+double ChooseHalf(Choices& choices) {
+    return choices.AnyNumber() / 2.0;
+}
+
+template <class T, class Value>
+void AddLeavesToBoth(World& world, Item& vector, const Leaves<T, Value>& leaves) {
+    world.Both([&] { VectorOf(vector)->AddLeaves(leaves.values.data(), leaves.count); },
+               [&] {
+                   for (int i = 0; i < leaves.count; ++i) {
+                       leaves.Set(Add(vector, T::StaticType, 0), leaves.values[static_cast<std::size_t>(i)]);
+                   }
+               });
+}
+
+void RunAddLeaves(World& world, Choices& choices) {
+    Item* const vector = choices.AnyVector();
+    if (vector == nullptr || !HasRoom(world, *vector, Integers::kMost)) {
+        return;
+    }
+    if (choices.Below(3) == 2) {
+        AddLeavesToBoth(world, *vector, Doubles(choices, ChooseHalf));
+    } else {
+        AddLeavesToBoth(world, *vector, Integers(choices, ChooseNumber));
+    }
+}
+
+// As a rule the indexes ascend from the first one on.
+std::array<int, Integers::kMost> ChooseIndexes(const Item& map, Choices& choices) {
+    std::array<int, Integers::kMost> indexes{};
+    const bool ascend = choices.Below(4) != 3;
+    for (std::size_t i = 0; i < indexes.size(); ++i) {
+        const bool goesOn = ascend && i > 0 && indexes[i - 1] < 0x20000000;
+        indexes[i] = goesOn ? indexes[i - 1] + 1 + static_cast<int>(choices.Below(3)) : choices.AnyIndex(map);
+    }
+    return indexes;
+}
+
+template <class T, class Value>
+void NewLeavesInBoth(World& world, Item& map, const std::array<int, Integers::kMost>& indexes,
+                     const Leaves<T, Value>& leaves) {
+    auto* const twin = static_cast<Map*>(map.twin);
+    world.Both([&] { twin->NewLeaves(indexes.data(), leaves.values.data(), leaves.count); },
+               [&] {
+                   for (int i = 0; i < leaves.count; ++i) {
+                       const auto at = static_cast<std::size_t>(i);
+                       leaves.Set(NewNode(map, indexes[at], T::StaticType, false, 0), leaves.values[at]);
+                   }
+               });
+}
+
+void RunNewLeaves(World& world, Choices& choices) {
+    Item* const map = choices.AnyMap();
+    if (map == nullptr || !HasRoom(world, *map, Integers::kMost)) {
+        return;
+    }
+    const auto indexes = ChooseIndexes(*map, choices);
+    if (choices.Below(3) == 2) {
+        NewLeavesInBoth(world, *map, indexes, Doubles(choices, ChooseHalf));
+    } else {
+        NewLeavesInBoth(world, *map, indexes, Integers(choices, ChooseNumber));
     }
 }
 
@@ -264,6 +354,8 @@ const std::vector<Operation> kCompositeOperations = {
     {"Insert", 8, RunInsert},
     {"ReplaceWithCopy", 8, RunReplaceWithCopy},
     {"AddCopy", 6, RunAddCopy},
+    {"AddLeaves", 6, RunAddLeaves},
+    {"NewLeaves", 6, RunNewLeaves},
     {"InsertCopy", 6, RunInsertCopy},
     {"Populate of a vector", 2, RunPopulateVector},
     {"Move", 16, RunMove},

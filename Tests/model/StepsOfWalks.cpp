@@ -1,4 +1,7 @@
+#include <KivGenerics/Double.h>
+#include <KivGenerics/Integer.h>
 #include <KivGenerics/Iterator.h>
+#include <KivGenerics/RowVisitor.h>
 #include <KivGenerics/VisitorNode.h>
 
 #include "model/Steps.h"
@@ -35,9 +38,10 @@ class Recorder final : public VisitorNode {
 public:
     explicit Recorder(const Answers& answers) : answers_(answers) {}
     VisitCode VisitNode(Node* node, bool postOrder, NodeType) override {
-        shown_.push_back({node, postOrder});
+        Note(node, postOrder);
         return answers_.Next();
     }
+    void Note(const Node* node, bool postOrder = false) { shown_.push_back({node, postOrder}); }
     const std::vector<Shown>& GetShown() const { return shown_; }
 
 private:
@@ -70,6 +74,64 @@ void RunIterate(World& world, Choices& choices) {
     world.Both([&] { start->twin->Iterate(&recorder, tag, static_cast<int>(flags)); },
                [&] { Iterate(*start, see, tag, flags); });
     Expect(recorder.GetShown() == shown, "what a walk shows");
+}
+
+bool ComesInRows(NodeType type) {
+    return type == NodeTypeInteger || type == NodeTypeDouble;
+}
+
+/// Gives every row the same answer, and all else what the answers say.
+class RowRecorder final : public RowVisitor {
+public:
+    RowRecorder(const Answers& answers, VisitCode ofRows)
+        : RowVisitor({NodeTypeInteger, NodeTypeDouble}), single_(answers), ofRows_(ofRows) {}
+
+    VisitCode VisitIntegers(LeafRow<Integer> row) override { return Note(row); }
+    VisitCode VisitDoubles(LeafRow<Double> row) override { return Note(row); }
+    VisitCode VisitBoolean(Boolean* node) override { return single_.VisitBoolean(node); }
+    VisitCode VisitGlobalID(GlobalID* node) override { return single_.VisitGlobalID(node); }
+    VisitCode VisitInteger64(Integer64* node) override { return single_.VisitInteger64(node); }
+    VisitCode VisitString(String* node) override { return single_.VisitString(node); }
+    VisitCode VisitDoubleSet(DoubleSet* node) override { return single_.VisitDoubleSet(node); }
+    VisitCode VisitIdSet(IdSet* node) override { return single_.VisitIdSet(node); }
+    VisitCode VisitIntegerSet(IntegerSet* node) override { return single_.VisitIntegerSet(node); }
+    VisitCode VisitStringSet(StringSet* node) override { return single_.VisitStringSet(node); }
+    VisitCode VisitMap(Map* node, bool postOrder) override { return single_.VisitMap(node, postOrder); }
+    VisitCode VisitVector(Vector* node, bool postOrder) override { return single_.VisitVector(node, postOrder); }
+
+    const std::vector<Shown>& GetShown() const { return single_.GetShown(); }
+
+private:
+    template <class T>
+    VisitCode Note(LeafRow<T> row) {
+        for (T* const leaf : row) {
+            single_.Note(leaf);
+        }
+        return ofRows_;
+    }
+
+    Recorder single_;
+    VisitCode ofRows_;
+};
+
+void RunIterateRows(World& world, Choices& choices) {
+    Item* const start = choices.AnyItem();
+    if (start == nullptr) {
+        return;
+    }
+    const unsigned flags = AnyFlags(choices);
+    const SemanticTag tag = choices.Below(3) == 2 ? choices.AnyTag() : SemanticTagNone;
+    const VisitCode ofRows = choices.Below(4) == 3 ? VisitRemove : VisitContinue;
+    Answers answers(choices.Below(0x10000));
+    RowRecorder recorder(answers, ofRows);
+    std::vector<Shown> shown;
+    const auto see = [&](Item& item, bool postOrder) {
+        shown.push_back({item.twin, postOrder});
+        return ComesInRows(item.type) ? ofRows : answers.Next();
+    };
+    world.Both([&] { start->twin->IterateRows(&recorder, tag, static_cast<int>(flags)); },
+               [&] { Iterate(*start, see, tag, flags); });
+    Expect(recorder.GetShown() == shown, "what a walk in rows shows");
 }
 
 void RunGetIterator(World& world, Choices& choices) {
@@ -120,6 +182,7 @@ void RunVisit(World&, Choices& choices) {
 
 const std::vector<Operation> kWalkOperations = {
     {"Iterate", 10, RunIterate},
+    {"IterateRows", 6, RunIterateRows},
     {"GetIterator", 4, RunGetIterator},
     {"Visit", 4, RunVisit},
 };
