@@ -28,19 +28,23 @@ struct Values {
 
     explicit Values(int count) : count_(count), values_(new Value[static_cast<std::size_t>(count)]) {
         for (int i = 0; i < count; ++i) {
-            if constexpr (std::is_same_v<T, GlobalID>) {
-                values_[i] = GUID{static_cast<std::uint32_t>(i + 1), 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}};
-            } else if constexpr (std::is_same_v<T, Boolean>) {
-                values_[i] = i % 3 != 1;
-            } else {
-                values_[i] = static_cast<Value>(i + 1) * 3 / 2;
-            }
+            values_[static_cast<std::size_t>(i)] = Make(i);
         }
     }
     const Value* Get() const { return values_.get(); }
     int Count() const { return count_; }
 
 private:
+    static Value Make(int i) {
+        if constexpr (std::is_same_v<T, GlobalID>) {
+            return GUID{static_cast<std::uint32_t>(i + 1), 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}};
+        } else if constexpr (std::is_same_v<T, Boolean>) {
+            return i % 3 != 1;
+        } else {
+            return static_cast<Value>(i + 1) * 3 / 2;
+        }
+    }
+
     int count_;
     std::unique_ptr<Value[]> values_;
 };
@@ -100,7 +104,7 @@ protected:
 };
 
 using Kinds = ::testing::Types<Boolean, Double, GlobalID, Integer, Integer64>;
-TYPED_TEST_SUITE(LeavesOfValuesTest, Kinds);
+TYPED_TEST_SUITE(LeavesOfValuesTest, Kinds, );
 
 std::vector<int> StepFrom(int first, int step, int count) {
     std::vector<int> indexes(static_cast<std::size_t>(count));
