@@ -13,6 +13,7 @@
 
 #include "containers/TestNodes.h"
 #include "core/Invariants.h"
+#include "support/ShowingBuffer.h"
 #include "support/TestBuffer.h"
 
 namespace KivGenerics::Testing {
@@ -77,8 +78,13 @@ void ExpectTheSame(Composite& many, Composite& single) {
     }
 }
 
+/// Comes before the tree of ContainerTest.
+struct WithShowingBuffers {
+    KivTests::ShowingBuffers showing;
+};
+
 template <class T>
-class LeavesOfValuesTest : public ContainerTest {
+class LeavesOfValuesTest : private WithShowingBuffers, public ContainerTest {
 protected:
     void ExpectTheSameElements(const std::vector<int>& counts) {
         Vector& many = *NewVector();

@@ -1,12 +1,7 @@
 // Leaves that are made side by side where the buffer shows its free memory, as the default one does but with the sanitizers.
 
-#include <cstdint>
-#include <memory>
-#include <vector>
-
 #include <gtest/gtest.h>
 
-#include <KivBase/Buffer.h>
 #include <KivGenerics/Boolean.h>
 #include <KivGenerics/Double.h>
 #include <KivGenerics/GlobalID.h>
@@ -19,37 +14,16 @@
 #include <KivStorage/MemoryReadStream.h>
 #include <KivStorage/MemoryWriteStream.h>
 
+#include "support/ShowingBuffer.h"
+
 using namespace KivGenerics;
 
 namespace {
 
-/// One block of 4 KiB after the other, each shown.
-class ShowingBuffer final : public KivBase::Buffer {
-public:
-    void* Allocate(std::size_t size, std::size_t) override {
-        const std::size_t rounded = (size + 7) / 8 * 8;
-        if (static_cast<std::size_t>(end_ - cursor_) < rounded) {
-            blocks_.push_back(std::make_unique<char[]>(rounded + kBlock));
-            cursor_ = blocks_.back().get();
-            end_ = cursor_ + rounded + kBlock;
-        }
-        void* const memory = cursor_;
-        cursor_ += rounded;
-        return memory;
-    }
-    std::size_t BytesReserved() const override { return blocks_.size() * kBlock; }
-    std::size_t BytesInUse() const override { return BytesReserved(); }
-    void Free(void*, std::size_t, std::size_t) noexcept override {}
-
-private:
-    static constexpr std::size_t kBlock = 4096;
-    std::vector<std::unique_ptr<char[]>> blocks_;
-};
-
 /// A map: in slot 0 a vector of 300 leaves of this kind, in slot 1 a map of 60, most of them beyond its slots.
 class RunsTest : public ::testing::TestWithParam<NodeType> {
 protected:
-    RunsTest() : old_(KivBase::SetBufferFactory(MakeBuffer)), tree_(CreateGenericTree(EnumOrvObjectType(0))) {
+    RunsTest() {
         auto* const root = static_cast<Map*>(tree_->NewRoot(NodeTypeMap));
         Vector* const list = root->NewNode<Vector>(0);
         for (int i = 0; i < 300; ++i) {
@@ -60,9 +34,6 @@ protected:
             Fill(map->NewNode(3 * i, GetParam()), i);
         }
     }
-    ~RunsTest() override { KivBase::SetBufferFactory(old_); }
-
-    static KivBase::Buffer* MakeBuffer(int, int, std::int32_t, bool) { return new ShowingBuffer; }
 
     static void Fill(Node* node, int i) {
         switch (node->GetType()) {
@@ -79,8 +50,8 @@ protected:
 
     int CompareWith(Tree& other) { return tree_->GetRoot()->Compare(other.GetRoot(), TemporalityTemporary, true); }
 
-    KivBase::BufferFactory old_;
-    KivBase::ReturnPtrI<Tree> tree_;
+    KivTests::ShowingBuffers buffers_;
+    KivBase::ReturnPtrI<Tree> tree_ = CreateGenericTree(EnumOrvObjectType(0));
 };
 
 }  // namespace

@@ -109,6 +109,49 @@ TEST_F(RowVisitorTest, AKindThatIsNotAskedForInRowsIsShownOneByOne) {
     EXPECT_EQ("5,6 double double vector 7", WalkIntegers(map));
 }
 
+TEST_F(RowVisitorTest, EveryKindThatHoldsOneValueComesInRows) {
+    constexpr NodeType kKinds[] = {NodeTypeBoolean, NodeTypeDouble,    NodeTypeGlobalID,
+                                   NodeTypeInteger, NodeTypeInteger64, NodeTypeString};
+    class Silent final : public RowVisitor {
+    public:
+        Silent()
+            : RowVisitor({NodeTypeBoolean, NodeTypeDouble, NodeTypeGlobalID, NodeTypeInteger, NodeTypeInteger64,
+                          NodeTypeString}) {}
+    };
+    Map* const map = NewMap();
+    std::vector<int> expected;
+    int index = 0;
+    for (const NodeType kind : kKinds) {
+        map->NewNode(index++, kind);
+        expected.push_back(1);
+    }
+    for (const NodeType kind : kKinds) {
+        Vector* const list = PutVector(map, 10 + index++);
+        list->Add(kind);
+        list->Add(kind);
+        expected.push_back(2);
+    }
+    EXPECT_EQ(expected, RowsOf(map));
+    EXPECT_NE("", Walk(map));
+    Silent silent;
+    const std::string before = Show(map);
+    map->IterateRows(&silent, SemanticTagNone, 0);
+    EXPECT_EQ(before, Show(map));
+}
+
+TEST_F(RowVisitorTest, SetsComeOneByOne) {
+    Map* const map = NewMap();
+    int index = 0;
+    for (const NodeType kind : {NodeTypeIntegerSet, NodeTypeIdSet, NodeTypeStringSet, NodeTypeDoubleSet}) {
+        map->NewNode(index, kind);
+        Vector* const list = PutVector(map, 10 + index++);
+        list->Add(kind);
+        list->Add(kind);
+    }
+    EXPECT_EQ((std::vector<int>{}), RowsOf(map));
+    EXPECT_NE("", Walk(map));
+}
+
 TEST_F(RowVisitorTest, ALeafIsARowOfItsOwn) {
     Integer* const leaf = Put(root_, 0, 5);
     EXPECT_EQ("5", WalkIntegers(leaf, {}, IterateSelf));
