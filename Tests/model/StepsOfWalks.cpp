@@ -121,7 +121,9 @@ void RunIterateRows(World& world, Choices& choices) {
     }
     const unsigned flags = AnyFlags(choices);
     const SemanticTag tag = choices.Below(3) == 2 ? choices.AnyTag() : SemanticTagNone;
-    const VisitCode ofRows = choices.Below(4) == 3 ? VisitRemove : VisitContinue;
+    // A read-only tree refuses the first removal: of a row all leaves have been shown by then, of leaves one by one the first.
+    const bool removesRows = choices.Below(4) == 3 && !start->tree->readOnly;
+    const VisitCode ofRows = removesRows ? VisitRemove : VisitContinue;
     Answers answers(choices.Below(0x10000));
     RowRecorder recorder(answers, ofRows);
     std::vector<Shown> shown;
