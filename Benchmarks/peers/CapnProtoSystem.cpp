@@ -222,7 +222,6 @@ public:
         for (const Place& place : places) {
             const auto field = FindField(list[static_cast<unsigned>(place.record)].getMap(), place.field);
             SetNumberOf(place, value++, [&field](auto number) { SetValue(field, number); });
-            ;
         }
     }
 

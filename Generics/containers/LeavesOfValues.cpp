@@ -34,8 +34,8 @@ template <class T, class Value, class GetIndex, class Place>
     char* memory = tree.GetBuffer()->template TakeRun<T>(count);
     for (std::size_t i = 0; i < count; ++i, memory += kSize) {
         KivBase::Buffer::PrefetchForWriting(memory);
-        const Value value =
-            values[i];  // read before anything is written, which for all the compiler knows might change it
+        // Read before anything is written, which for all the compiler knows might change it.
+        const Value value = values[i];
         T* const leaf = NodeAccess::Construct<T>(memory, tree, &parent, getIndex(i));
         NodeAccess::GetValue(*leaf) = value;
         place(leaf);

@@ -70,12 +70,10 @@ FoundComposite WalkLeavesInSlots(Shown& visitor, const WalkLevel& level, Map& ma
                 if (answer == VisitStop) {
                     return {nullptr, FoundComposite::kStopped};
                 }
-                for (; slot != behind; ++slot) {
-                    if (answer == VisitRemove) {
-                        map.Remove(static_cast<int>(slot - NodeAccess::GetSlots(map)));
-                    }
+                for (; answer == VisitRemove && slot != behind; ++slot) {
+                    map.Remove(static_cast<int>(slot - NodeAccess::GetSlots(map)));
                 }
-                --slot;
+                slot = behind - 1;
                 continue;
             }
         }

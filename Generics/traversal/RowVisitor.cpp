@@ -1,12 +1,13 @@
 #include <KivGenerics/RowVisitor.h>
 
+#include "core/LeafKinds.h"
+
 namespace KivGenerics {
 
 RowVisitor::RowVisitor(std::initializer_list<NodeType> kinds) noexcept {
-    constexpr std::uint32_t kWithRows = 1U << NodeTypeBoolean | 1U << NodeTypeDouble | 1U << NodeTypeGlobalID |
-                                        1U << NodeTypeInteger | 1U << NodeTypeInteger64 | 1U << NodeTypeString;
     for (const NodeType kind : kinds) {
-        kinds_ |= 1U << kind & kWithRows;
+        const bool hasOperation = ForScalarKind(kind, [](auto) { return true; }, [] { return false; });
+        kinds_ |= hasOperation ? 1U << kind : 0U;
     }
 }
 

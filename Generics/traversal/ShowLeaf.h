@@ -13,6 +13,8 @@
 #include <KivGenerics/StringSet.h>
 #include <KivGenerics/Visitor.h>
 
+#include "core/LeafKinds.h"
+
 namespace KivGenerics {
 
 // Shows a leaf to a visitor, by the operation for its kind.
@@ -47,23 +49,32 @@ inline VisitCode ShowLeaf(Visitor& visitor, StringSet& leaf) {
     return visitor.VisitStringSet(&leaf);
 }
 
-/// Shows a row of leaves of a kind that the visitor takes rows of.
-inline VisitCode ShowRow(RowVisitor& visitor, NodeType type, Node* const* first, Node* const* end) {
-    switch (type) {
-        case NodeTypeInteger: return visitor.VisitIntegers({first, end});
-        case NodeTypeGlobalID: return visitor.VisitGlobalIDs({first, end});
-        case NodeTypeString: return visitor.VisitStrings({first, end});
-        case NodeTypeDouble: return visitor.VisitDoubles({first, end});
-        case NodeTypeBoolean: return visitor.VisitBooleans({first, end});
-        case NodeTypeInteger64: return visitor.VisitInteger64s({first, end});
-        case NodeTypeVector:
-        case NodeTypeMap:
-        case NodeTypeIntegerSet:
-        case NodeTypeIdSet:
-        case NodeTypeStringSet:
-        case NodeTypeDoubleSet: break;
-    }
-    return VisitContinue;
+// The same for a row of leaves.
+inline VisitCode ShowRow(RowVisitor& visitor, LeafRow<Boolean> row) {
+    return visitor.VisitBooleans(row);
+}
+inline VisitCode ShowRow(RowVisitor& visitor, LeafRow<Double> row) {
+    return visitor.VisitDoubles(row);
+}
+inline VisitCode ShowRow(RowVisitor& visitor, LeafRow<GlobalID> row) {
+    return visitor.VisitGlobalIDs(row);
+}
+inline VisitCode ShowRow(RowVisitor& visitor, LeafRow<Integer> row) {
+    return visitor.VisitIntegers(row);
+}
+inline VisitCode ShowRow(RowVisitor& visitor, LeafRow<Integer64> row) {
+    return visitor.VisitInteger64s(row);
+}
+inline VisitCode ShowRow(RowVisitor& visitor, LeafRow<String> row) {
+    return visitor.VisitStrings(row);
+}
+
+/// The same for leaves of a kind that the visitor takes rows of.
+[[gnu::always_inline]] inline VisitCode ShowRow(RowVisitor& visitor, NodeType type, Node* const* first,
+                                                Node* const* end) {
+    return ForScalarKind(
+        type, [&](auto kind) { return ShowRow(visitor, LeafRow<typename decltype(kind)::Leaf>(first, end)); },
+        [] { return VisitContinue; });
 }
 
 /// Whether the leaves of a kind are shown in rows.

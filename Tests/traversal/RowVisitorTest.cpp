@@ -170,7 +170,7 @@ TEST_F(RowVisitorTest, WithoutAVisitorNothingHappens) {
 TEST_F(RowVisitorTest, WithoutOperationsOfItsOwnAVisitorGoesOn) {
     class Silent final : public RowVisitor {
     public:
-        Silent() : RowVisitor({NodeTypeInteger, NodeTypeMap, NodeTypeIntegerSet, NodeTypeString}) {}
+        Silent() : RowVisitor({NodeTypeInteger, NodeTypeMap, NodeTypeIntegerSet, NodeType(40), NodeTypeString}) {}
     };
     Silent silent;
     EXPECT_TRUE(silent.TakesRows(NodeTypeInteger));

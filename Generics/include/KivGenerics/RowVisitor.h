@@ -10,7 +10,8 @@
 
 namespace KivGenerics {
 
-/// Leaves of the kind T that a walk comes to one right after the other, in one composite. At least one.
+/// Leaves of the kind T that a walk comes to one right after the other, in one composite. At least one; where there are
+/// many they come in several rows.
 ///
 /// Valid until the composite they stand in is changed.
 template <class T>
