@@ -16,6 +16,11 @@ constexpr int kMapParent = 2;
 constexpr int kMapTree = 3;
 constexpr int kMapOverflow = 4;
 
+/// A leaf belongs to the tree of its parent, which is all that it knows of one.
+bool IsOfTree(const Node& child, const TreeImpl* tree) noexcept {
+    return !IsCompositeType(child.GetType()) || NodeAccess::GetTree(static_cast<const Composite&>(child)) == tree;
+}
+
 int CheckVector(const Vector& vector) {
     const int size = const_cast<Vector&>(vector).GetSize(TemporalityTemporary);
     for (int i = 0; i < size; ++i) {
@@ -29,7 +34,7 @@ int CheckVector(const Vector& vector) {
         if (child->GetParent() != &vector) {
             return kVectorParent;
         }
-        if (NodeAccess::GetTree(*child) != NodeAccess::GetTree(vector)) {
+        if (!IsOfTree(*child, NodeAccess::GetTree(vector))) {
             return kVectorTree;
         }
         if (const int broken = CheckInvariants(child)) {
@@ -46,7 +51,7 @@ int CheckMapChild(const Map& map, Node* child, int index) {
     if (child->GetParent() != &map) {
         return kMapParent;
     }
-    return NodeAccess::GetTree(*child) != NodeAccess::GetTree(map) ? kMapTree : CheckInvariants(child);
+    return IsOfTree(*child, NodeAccess::GetTree(map)) ? CheckInvariants(child) : kMapTree;
 }
 
 int CheckMapChildren(const MapChildren& children) {

@@ -36,7 +36,7 @@ template <class T, class Value, class GetIndex, class Place>
         KivBase::Buffer::PrefetchForWriting(memory);
         // Read before anything is written, which for all the compiler knows might change it.
         const Value value = values[i];
-        T* const leaf = NodeAccess::Construct<T>(memory, tree, &parent, getIndex(i));
+        T* const leaf = NodeAccess::Construct<T>(memory, tree, parent, getIndex(i));
         NodeAccess::GetValue(*leaf) = value;
         place(leaf);
     }
@@ -124,7 +124,7 @@ std::size_t FillSlots(TreeImpl& tree, const MapChildren& target, const int* inde
             break;
         }
         const Value value = values[count];
-        T* const leaf = NodeAccess::Construct<T>(buffer.TakeNext<T>(), tree, &target.map, indexes[count]);
+        T* const leaf = NodeAccess::Construct<T>(buffer.TakeNext<T>(), tree, target.map, indexes[count]);
         NodeAccess::SetTemporalityOfNewLeaf(*leaf, TemporalityPersistent);
         NodeAccess::GetValue(*leaf) = value;
         slot = leaf;

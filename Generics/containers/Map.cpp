@@ -31,7 +31,7 @@ bool Map::MakeRoom(int index) noexcept {
 
 Node* Map::NewInRoom(int index, NodeType type, SemanticTag tag) {
     TreeImpl& tree = *NodeAccess::GetTree(*this);
-    Node* const node = tree.CreateNode(type, this, index, tag);
+    Node* const node = tree.CreateNode(type, *this, index, tag);
     if (node != nullptr) {
         Put(index, node);
         tree.CountMore(1);
@@ -44,7 +44,7 @@ Node* Map::NewInRoom(int index, NodeType type, SemanticTag tag) {
 Map* Map::NewMapInRoom(int index, SemanticTag tag) {
     TreeImpl& tree = *NodeAccess::GetTree(*this);
     tree.CheckReadOnly();
-    Map* const map = tree.CreateMap(this, index, tag);
+    Map* const map = tree.CreateMap(*this, index, tag);
     if (map != nullptr) {
         Put(index, map);
         tree.CountMore(1);

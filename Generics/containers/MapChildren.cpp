@@ -64,7 +64,7 @@ void Displace(Node* old, Node* node, NodeType type, bool keepOld, TreeImpl& tree
 Node* NewMakingRoom(const MapChildren& children, int index, NodeType type, bool keepOld, SemanticTag tag,
                     std::size_t expected) {
     TreeImpl& tree = TreeOf(children);
-    Node* const node = tree.CreateNode(type, &children.map, index, tag);
+    Node* const node = tree.CreateNode(type, children.map, index, tag);
     if (node == nullptr) {
         return nullptr;
     }

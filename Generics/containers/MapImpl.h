@@ -83,7 +83,7 @@ private:
     friend struct NodeAccess;
 
     explicit MapImpl(ChangeGuard* tree) noexcept : Map(tree, N) {}
-    MapImpl(ChangeGuard* tree, Composite* parent, int index) noexcept : Map(tree, parent, index, N) {}
+    MapImpl(ChangeGuard* tree, NodeOwner& owner, int index) noexcept : Map(tree, owner, index, N) {}
     ~MapImpl() = default;
 
     // The operations behind MapChildren promise to leave a map alone when they are reached through a const one.
@@ -92,7 +92,7 @@ private:
     // Invariants, tested by CheckInvariants:
     //   1. the child in slot i, or under key i of the overflow store, has index i;
     //   2. its parent is this map;
-    //   3. it belongs to this map's tree;
+    //   3. a composite belongs to this map's tree;
     //   4. no key of the overflow store is below N, and none holds null.
     Node* slots_[N] = {};
     MapOverflow* overflow_ = nullptr;  // made on first need, kept as long as the map

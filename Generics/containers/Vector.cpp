@@ -55,7 +55,7 @@ void Vector::hInsertNode(int index, Node* node) {
     NoteChild();
     NodeAccess::Thaw(*node);
     children_.insert(children_.begin() + index, node);
-    node->parent_ = this;
+    node->owner_ = this;
     Renumber(static_cast<std::size_t>(index));
 }
 
@@ -67,7 +67,7 @@ Node* Vector::NewNode(int index, NodeType type, bool keepOld, SemanticTag tag) {
         NeedRoom();
     }
     TreeImpl& tree = *NodeAccess::GetTree(*this);
-    Node* const node = tree.CreateNode(type, this, index, tag);
+    Node* const node = tree.CreateNode(type, *this, index, tag);
     if (node == nullptr) {
         return nullptr;
     }
@@ -98,7 +98,7 @@ void Vector::RefuseKind() {
 Node* Vector::Add(NodeType type, SemanticTag tag) {
     CheckKind(type);
     NeedRoom();
-    Node* const node = NodeAccess::GetTree(*this)->CreateNode(type, this, static_cast<int>(children_.size()), tag);
+    Node* const node = NodeAccess::GetTree(*this)->CreateNode(type, *this, static_cast<int>(children_.size()), tag);
     if (node != nullptr) {
         NoteChild();
         Append(node);
@@ -111,7 +111,7 @@ Map* Vector::AddMap(SemanticTag tag) {
     NeedRoom();
     TreeImpl& tree = *NodeAccess::GetTree(*this);
     tree.CheckReadOnly();
-    Map* const map = tree.CreateMap(this, static_cast<int>(children_.size()), tag);
+    Map* const map = tree.CreateMap(*this, static_cast<int>(children_.size()), tag);
     if (map != nullptr) {
         NoteChild();
         Append(map);
@@ -122,7 +122,7 @@ Map* Vector::AddMap(SemanticTag tag) {
 Node* Vector::Insert(int index, NodeType type, SemanticTag tag) {
     CheckIndex(index);
     NeedRoom();
-    Node* const node = NodeAccess::GetTree(*this)->CreateNode(type, this, index, tag);
+    Node* const node = NodeAccess::GetTree(*this)->CreateNode(type, *this, index, tag);
     if (node != nullptr) {
         hInsertNode(index, node);
     }
@@ -166,12 +166,12 @@ void Vector::Reserve(int n) {
 void Vector::Move(int index, Node* node) {
     CheckIndex(index);
     Composite::Move(index, node);
-    if (node->parent_ != this) {
+    if (NodeAccess::GetParent(*node) != this) {
         NeedRoom();
     } else if (static_cast<std::size_t>(index) == children_.size()) {
         Raise(Texts::MoveOutOfRange);
     }
-    if (node->parent_ != nullptr) {
+    if (NodeAccess::GetParent(*node) != nullptr) {
         TreeImpl::DetachFromParent(node);
     } else {
         CheckReadOnly();

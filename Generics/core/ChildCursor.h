@@ -76,6 +76,7 @@ private:
         }
         next_ = beyond_.GetRunValues();
         end_ = next_ + length;
+        PrefetchBehind(next_, end_);
         beyond_.SkipRun();
         return true;
     }

@@ -1,6 +1,7 @@
 #include "core/ForestImpl.h"
 
 #include <new>
+#include <utility>
 
 #include <KivGenerics/Map.h>
 
@@ -44,11 +45,8 @@ std::size_t ForestImpl::BufferQueryB() const {
     return buffer_->BytesInUse();
 }
 
-Node* ForestImpl::Pop(Node*& head) noexcept {
-    Node* const node = head;
-    head = NodeAccess::GetLink(*node);
-    NodeAccess::SetLink(*node, nullptr);
-    return node;
+Node* ForestImpl::Take(Node*& waiting) noexcept {
+    return std::exchange(waiting, nullptr);
 }
 
 // A reused map may have more slots than its tag asks for, never fewer: it keeps working with its own number.
@@ -63,16 +61,16 @@ Node* ForestImpl::FindReusableMap(SemanticTag tag) noexcept {
     if (wantsOverflow) {
         for (int i = slots - 1; i < kSlotCounts; ++i) {
             if (freeMapsWithOverflow_[i] != nullptr) {
-                return Pop(freeMapsWithOverflow_[i]);
+                return Take(freeMapsWithOverflow_[i]);
             }
         }
     }
     for (int i = slots - 1; i < kSlotCounts; ++i) {
         if (freeMaps_[i] != nullptr) {
-            return Pop(freeMaps_[i]);
+            return Take(freeMaps_[i]);
         }
         if (!wantsOverflow && freeMapsWithOverflow_[i] != nullptr) {
-            return Pop(freeMapsWithOverflow_[i]);
+            return Take(freeMapsWithOverflow_[i]);
         }
     }
     return nullptr;
@@ -81,17 +79,13 @@ Node* ForestImpl::FindReusableMap(SemanticTag tag) noexcept {
 // kept-on-purpose: reuse-one-node
 void ForestImpl::RecycleNode(Node* node) noexcept {
     if (node->GetType() != NodeTypeMap) {
-        Node*& head = freeByType_[node->GetType() - 1];
-        NodeAccess::SetLink(*node, head);
-        head = node;
+        freeByType_[node->GetType() - 1] = node;
         return;
     }
     const auto* const map = static_cast<const Map*>(node);
     const bool overflow = map->HasOverflow();
     mapsWait_ = true;
-    Node*& head = (overflow ? freeMapsWithOverflow_ : freeMaps_)[map->GetSlotCount() - 1];
-    NodeAccess::SetLink(*node, head);
-    head = node;
+    (overflow ? freeMapsWithOverflow_ : freeMaps_)[map->GetSlotCount() - 1] = node;
     if (tag107Overflow_ == 0 && map->GetSemanticTagNV() == kTagThatForestsLearn) {
         tag107Overflow_ = overflow ? 1 : 2;
     }

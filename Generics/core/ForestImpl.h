@@ -27,13 +27,13 @@ public:
     /// Throws std::bad_alloc when there is no buffer to be had.
     explicit ForestImpl(EnumOrvObjectType type);
 
-    /// A waiting map that can serve as a new one of this tag, taken off its list; null when there is none.
+    /// A waiting map that can serve as a new one of this tag, which does not wait any more; null when there is none.
     Node* TakeReusableMap(SemanticTag tag) noexcept { return mapsWait_ ? FindReusableMap(tag) : nullptr; }
     /// The nodes that wait, by kind - 1; the place of maps stays empty.
     Node* const* GetWaiting() const noexcept { return freeByType_; }
     /// Takes the node of this kind, which is not the map's, that waits.
-    Node* TakeWaiting(NodeType type) noexcept { return Pop(freeByType_[type - 1]); }
-    /// Puts a node on the list of its kind. Its parent field is the link from now on.
+    Node* TakeWaiting(NodeType type) noexcept { return Take(freeByType_[type - 1]); }
+    /// Lets a released node wait, instead of the one of its kind that does.
     void RecycleNode(Node* node) noexcept;
 
     KivBase::Buffer& GetBuffer() const noexcept { return *buffer_; }
@@ -42,17 +42,16 @@ private:
     static constexpr int kTypes = 12;
     static constexpr int kSlotCounts = 16;
 
-    static Node* Pop(Node*& head) noexcept;
+    static Node* Take(Node*& waiting) noexcept;
     Node* FindReusableMap(SemanticTag tag) noexcept;
 
     KivSynch::AtomicLong refCount_;
     KivBase::Buffer* buffer_;
-    // Heads of lists that are linked through the parent field. A node that is released is reset right after it was put on
-    // its list, which clears the link: each list holds the node released last, and no other.
+    // Of each kind the node released last, and no other.
     Node* freeByType_[kTypes] = {};  // by kind - 1; the place of maps stays empty
     Node* freeMaps_[kSlotCounts] = {};  // by slot count - 1; without an overflow store
     Node* freeMapsWithOverflow_[kSlotCounts] = {};  // by slot count - 1; with one
-    bool mapsWait_ = false;  // a list of maps was filled once; not set back
+    bool mapsWait_ = false;  // a map waited once; not set back
     std::int32_t tag107Overflow_ = 0;  // 0 unknown, 1 maps of tag 107 come with an overflow store, 2 without
 };
 

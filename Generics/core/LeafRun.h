@@ -25,7 +25,7 @@ public:
     }
 
     /// Leaves of one own temporality, which the tree knows. Each counts as `changes` changes. `most` is at most Count and not 0.
-    LeafRun(TreeImpl& tree, Composite* parent, std::size_t most, EnumOrvGenericsTemporality temporality,
+    LeafRun(TreeImpl& tree, Composite& parent, std::size_t most, EnumOrvGenericsTemporality temporality,
             std::uint32_t changes) noexcept
         : tree_(tree),
           parent_(parent),
@@ -48,14 +48,14 @@ public:
         char* const place = next_;
         next_ = place + kSize;
         KivBase::Buffer::PrefetchForWriting(place);
-        return NodeAccess::ConstructLike(*model_, place, tree_, parent_, index);
+        return NodeAccess::ConstructLike(*model_, place, parent_, index);
     }
 
 private:
     static constexpr std::size_t kSize = KivBase::Buffer::GetTakenSize<T>();
 
     TreeImpl& tree_;
-    Composite* const parent_;
+    Composite& parent_;
     char* const first_;
     char* next_;
     char* const end_;

@@ -11,11 +11,11 @@
 namespace KivGenerics {
 
 Composite* Node::GetParent() const {
-    return parent_;
+    return Parent();
 }
 
 bool Node::IsRoot() const {
-    return parent_ == nullptr;
+    return owner_->IsTree();
 }
 
 KivBase::ReturnPtrI<Tree> Node::GetTree() const {
@@ -29,7 +29,7 @@ SemanticTag Node::GetSemanticTag() const {
 }
 
 EnumOrvGenericsTemporality Node::CalculateDerivedTemporality() {
-    tree_->NoteOwnDerived();
+    GetGuard().NoteOwnDerived();
     return NodeAccess::CalculateLeaf(*this);
 }
 
@@ -39,14 +39,14 @@ EnumOrvGenericsTemporality Node::CalculateDerivedTemporality() {
 EnumOrvGenericsTemporality Node::GetDerivedTemporality() {
     Node* last = this;
     for (;;) {
-        if (last->DerivedValue() == TemporalityTemporary || last->parent_ == nullptr) {
+        if (last->DerivedValue() == TemporalityTemporary || last->owner_->IsTree()) {
             break;
         }
-        last = last->parent_;
+        last = last->Parent();
     }
     EnumOrvGenericsTemporality effective = StoredDerived();
     for (const Node* node = this; node != last;) {
-        node = node->parent_;
+        node = node->Parent();
         effective = node->StoredDerived() > effective ? node->StoredDerived() : effective;
     }
     return effective;
@@ -57,9 +57,9 @@ void Node::SetDerivedTemporality(EnumOrvGenericsTemporality t) {
 }
 
 void Node::Remove() {
-    tree_->CheckReadOnly();
-    if (parent_ != nullptr) {
-        parent_->Remove(index_);
+    CheckReadOnly();
+    if (Composite* const parent = Parent()) {
+        parent->Remove(index_);
         return;
     }
     TreeImpl* const tree = NodeAccess::GetTree(*this);
@@ -73,15 +73,15 @@ void Node::Remove() {
 }
 
 Node* Node::Detach() {
-    tree_->CheckReadOnly();
-    tree_->NoteStray();
-    return parent_ != nullptr ? parent_->hDetach(index_) : this;
+    CheckReadOnly();
+    GetGuard().NoteStray();
+    Composite* const parent = Parent();
+    return parent != nullptr ? parent->hDetach(index_) : this;
 }
 
 void Node::Reset() {
     Clear();
-    parent_ = nullptr;
-    index_ = -1;
+    NodeAccess::Place(*this, nullptr, -1);
     NodeAccess::ResetTemporality(*this);
 }
 

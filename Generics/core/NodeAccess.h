@@ -15,17 +15,20 @@ namespace KivGenerics {
 
 /// The library's own door to what a node keeps private, for the operations that are not members of one class.
 struct NodeAccess {
-    static TreeImpl* GetTree(const Node& node) noexcept { return static_cast<TreeImpl*>(node.tree_); }
-    static Composite* GetParent(const Node& node) noexcept { return node.parent_; }
+    static TreeImpl* GetTree(const Node& node) noexcept { return static_cast<TreeImpl*>(&node.GetGuard()); }
+    static TreeImpl* GetTree(const Composite& composite) noexcept {
+        return static_cast<TreeImpl*>(composite.NodeOwner::GetGuard());
+    }
+    static Composite* GetParent(const Node& node) noexcept { return node.Parent(); }
 
     template <class T>
-    static T* Construct(void* place, TreeImpl& tree, Composite* parent, int index) noexcept {
-        return ::new (place) T(&tree, parent, index);
+    static T* Construct(void* place, TreeImpl& tree, NodeOwner& owner, int index) noexcept {
+        return ::new (place) T(&tree, owner, index);
     }
     /// A leaf like another, which may be what stands at `place`.
     template <class T>
-    static T* ConstructLike(const T& like, void* place, TreeImpl& tree, Composite* parent, int index) noexcept {
-        return ::new (place) T(like, &tree, parent, index);
+    static T* ConstructLike(const T& like, void* place, NodeOwner& owner, int index) noexcept {
+        return ::new (place) T(like, owner, index);
     }
     static void Reset(Node& node) { node.Reset(); }
     static void SetTag(Map& map, SemanticTag tag) noexcept { map.tag_ = tag; }
@@ -61,21 +64,26 @@ struct NodeAccess {
         vector.NeedRoom();
         vector.NoteChild();
         const auto index = static_cast<int>(vector.children_.size());
-        T* const node = GetTree(vector)->template CreateChanged<T>(&vector, index, changes);
+        T* const node = GetTree(vector)->template CreateChanged<T>(vector, index, changes);
         if (node != nullptr) {
             vector.Append(node);
         }
         return node;
     }
 
-    /// While a released node waits in its forest, its parent field links it to the next one.
-    static Node* GetLink(const Node& node) noexcept { return reinterpret_cast<Node*>(node.parent_); }
-    static void SetLink(Node& node, Node* next) noexcept { node.parent_ = reinterpret_cast<Composite*>(next); }
-
     static std::int32_t& GetIndex(Node& node) noexcept { return node.index_; }
+    /// Without a parent the node belongs to its tree alone.
     static void Place(Node& node, Composite* parent, int index) noexcept {
-        node.parent_ = parent;
+        node.owner_ = parent != nullptr ? static_cast<NodeOwner*>(parent) : node.owner_->GetGuard();
         node.index_ = index;
+    }
+    /// The node, which waited in the forest of the tree, comes to an owner in it.
+    static void Adopt(Node& node, TreeImpl& tree, NodeOwner& owner, int index) noexcept {
+        node.owner_ = &owner;
+        node.index_ = index;
+        if (IsCompositeType(node.GetType())) {
+            static_cast<Composite&>(node).guard_ = &tree;
+        }
     }
 
     /// Sets the own temporality of a new node, whose derived one has not been calculated, without the guard.
@@ -95,7 +103,7 @@ struct NodeAccess {
     /// What the tree of `node` must know of the own temporality of new leaves.
     static void NoteTemporalityOfNew(const Node& node, EnumOrvGenericsTemporality t) noexcept {
         if (t != TemporalityDefault && t != TemporalityPersistent) {
-            node.tree_->NoteVaried();
+            node.GetGuard().NoteVaried();
         }
     }
     /// The temporality of a node that leaves the tree, which does not ask for its children any more.
@@ -108,7 +116,7 @@ struct NodeAccess {
     static void ForgetEmpty(Node& node) noexcept {
         if ((node.state_.derivedAt & Node::kEmptyBit) != 0 && !IsFrozen(node)) {
             node.state_.derivedAt = node.GetDerivedRound();
-            node.tree_->UncountEmpty();
+            node.GetGuard().UncountEmpty();
         }
     }
     static void NoteChild(Composite& composite) noexcept { composite.NoteChild(); }
@@ -128,7 +136,7 @@ struct NodeAccess {
     /// A node without a parent comes into its tree.
     static void Thaw(Node& node) noexcept {
         if (IsFrozen(node)) {
-            node.state_.derivedAt = node.tree_->GetRound();
+            node.state_.derivedAt = node.GetGuard().GetRound();
             node.NoteTaken(node.state_.temporality);
         }
     }
@@ -159,11 +167,11 @@ struct NodeAccess {
         return own == TemporalityDefault ? TemporalityPersistent : own;
     }
     static void SetDerived(Node& node, EnumOrvGenericsTemporality t) noexcept {
-        node.tree_->NoteOwnDerived();
+        node.GetGuard().NoteOwnDerived();
         StoreDerived(node, t);
     }
     static void Restamp(Node& node) noexcept {
-        node.state_.derivedAt = (node.state_.derivedAt & Node::kEmptyBit) | node.tree_->GetRound();
+        node.state_.derivedAt = (node.state_.derivedAt & Node::kEmptyBit) | node.GetGuard().GetRound();
     }
     /// SetDerived as part of a whole calculation.
     static void StoreDerived(Node& node, EnumOrvGenericsTemporality t) noexcept { node.StoreDerived(t); }

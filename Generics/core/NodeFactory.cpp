@@ -22,50 +22,49 @@
 
 namespace KivGenerics {
 // The node may come from another tree of the forest.
-void TreeImpl::Adopt(Node& node, Composite* parent, int index) noexcept {
-    node.tree_ = this;
+void TreeImpl::Adopt(Node& node, NodeOwner& owner, int index) noexcept {
+    NodeAccess::Adopt(node, *this, owner, index);
     node.state_ = GetNewState(node.GetType());
     node.NoteTaken(TemporalityDefault);
-    NodeAccess::Place(node, parent, index);
 }
 
-Node* NodeSource::Reuse(NodeType type, Composite* parent, int index) noexcept {
+Node* NodeSource::Reuse(NodeType type, NodeOwner& owner, int index) noexcept {
     auto& tree = static_cast<TreeImpl&>(*this);
     Node* const node = tree.forest_->TakeWaiting(type);
-    tree.Adopt(*node, parent, index);
+    tree.Adopt(*node, owner, index);
     return node;
 }
 
-inline Map* TreeImpl::ConstructMap(Composite* parent, int index, SemanticTag tag) {
+inline Map* TreeImpl::ConstructMap(NodeOwner& owner, int index, SemanticTag tag) {
     if (tag == SemanticTagNone) {
-        return Construct<MapImpl<DefaultMapSlotCount>>(parent, index);
+        return Construct<MapImpl<DefaultMapSlotCount>>(owner, index);
     }
     switch (GetSlotCountForSemanticTag(tag)) {
-        case 1: return Construct<MapImpl<1>>(parent, index);
-        case 2: return Construct<MapImpl<2>>(parent, index);
-        case 3: return Construct<MapImpl<3>>(parent, index);
-        case 4: return Construct<MapImpl<4>>(parent, index);
-        case 5: return Construct<MapImpl<5>>(parent, index);
-        case 6: return Construct<MapImpl<6>>(parent, index);
-        case 7: return Construct<MapImpl<7>>(parent, index);
-        case 9: return Construct<MapImpl<9>>(parent, index);
-        case 10: return Construct<MapImpl<10>>(parent, index);
-        case 11: return Construct<MapImpl<11>>(parent, index);
-        case 12: return Construct<MapImpl<12>>(parent, index);
-        case 13: return Construct<MapImpl<13>>(parent, index);
-        case 14: return Construct<MapImpl<14>>(parent, index);
-        case 15: return Construct<MapImpl<15>>(parent, index);
-        case 16: return Construct<MapImpl<16>>(parent, index);
-        default: return Construct<MapImpl<DefaultMapSlotCount>>(parent, index);
+        case 1: return Construct<MapImpl<1>>(owner, index);
+        case 2: return Construct<MapImpl<2>>(owner, index);
+        case 3: return Construct<MapImpl<3>>(owner, index);
+        case 4: return Construct<MapImpl<4>>(owner, index);
+        case 5: return Construct<MapImpl<5>>(owner, index);
+        case 6: return Construct<MapImpl<6>>(owner, index);
+        case 7: return Construct<MapImpl<7>>(owner, index);
+        case 9: return Construct<MapImpl<9>>(owner, index);
+        case 10: return Construct<MapImpl<10>>(owner, index);
+        case 11: return Construct<MapImpl<11>>(owner, index);
+        case 12: return Construct<MapImpl<12>>(owner, index);
+        case 13: return Construct<MapImpl<13>>(owner, index);
+        case 14: return Construct<MapImpl<14>>(owner, index);
+        case 15: return Construct<MapImpl<15>>(owner, index);
+        case 16: return Construct<MapImpl<16>>(owner, index);
+        default: return Construct<MapImpl<DefaultMapSlotCount>>(owner, index);
     }
 }
 
-Map* TreeImpl::CreateMap(Composite* parent, int index, SemanticTag tag) {
+Map* TreeImpl::CreateMap(NodeOwner& owner, int index, SemanticTag tag) {
     auto* map = static_cast<Map*>(forest_->TakeReusableMap(tag));
     if (map != nullptr) {
-        Adopt(*map, parent, index);
+        Adopt(*map, owner, index);
     } else {
-        map = ConstructMap(parent, index, tag);
+        map = ConstructMap(owner, index, tag);
     }
     if (map != nullptr && tag != SemanticTagNone) {
         map->SetSemanticTag(tag);
@@ -75,7 +74,7 @@ Map* TreeImpl::CreateMap(Composite* parent, int index, SemanticTag tag) {
 
 namespace {
 
-using Maker = Node* (*)(TreeImpl& tree, Composite* parent, int index);
+using Maker = Node* (*)(TreeImpl& tree, NodeOwner& owner, int index);
 
 /// By kind, from 1 on; a map is made by its tag.
 constexpr Maker kMakers[] = {
@@ -97,15 +96,15 @@ static_assert(std::size(kMakers) == NodeTypeInteger64);
 }  // namespace
 
 // Every way on is the last call, so that what nearly all nodes need keeps nothing on the stack.
-Node* TreeImpl::CreateNode(NodeType type, Composite* parent, int index, SemanticTag tag) {
+Node* TreeImpl::CreateNode(NodeType type, NodeOwner& owner, int index, SemanticTag tag) {
     CheckReadOnly();
     if (type == NodeTypeMap) {
-        return CreateMap(parent, index, tag);
+        return CreateMap(owner, index, tag);
     }
     if (type < NodeTypeInteger || type > NodeTypeInteger64) {
         Raise(Texts::InvalidType);
     }
-    return waiting_[type - 1] != nullptr ? Reuse(type, parent, index) : kMakers[type - 1](*this, parent, index);
+    return waiting_[type - 1] != nullptr ? Reuse(type, owner, index) : kMakers[type - 1](*this, owner, index);
 }
 
 }  // namespace KivGenerics

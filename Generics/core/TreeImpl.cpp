@@ -178,7 +178,7 @@ void TreeImpl::SetRoot(Node* node) {
 }
 
 Node* TreeImpl::NewRoot(NodeType type, bool keepOld, SemanticTag tag) {
-    Node* const root = CreateNode(type, nullptr, -1, tag);
+    Node* const root = CreateNode(type, *this, -1, tag);
     if (root == nullptr) {
         return nullptr;
     }

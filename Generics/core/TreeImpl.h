@@ -52,23 +52,23 @@ public:
     TreeImpl(const TreeImpl&) = delete;
     TreeImpl& operator=(const TreeImpl&) = delete;
 
-    /// The node factory, the only place where nodes come from: a node of this kind for `parent` and `index`, reused or new.
+    /// The node factory, the only place where nodes come from: a node of this kind for `owner` and `index`, reused or new.
     /// The caller places it. Null where a host's buffer answers null. Throws Exception for a kind outside 1 to 12.
-    Node* CreateNode(NodeType type, Composite* parent, int index, SemanticTag tag);
+    Node* CreateNode(NodeType type, NodeOwner& owner, int index, SemanticTag tag);
     /// Create, which counts one change, and `changes` - 1 more for what the caller does to the new node at once.
     template <class T>
-    T* CreateChanged(Composite* parent, int index, std::uint32_t changes) {
+    T* CreateChanged(NodeOwner& owner, int index, std::uint32_t changes) {
         if (CanCreateNext<T>()) {
-            return CreateNext<T>(parent, index, changes);
+            return CreateNext<T>(owner, index, changes);
         }
-        T* const node = Create<T>(parent, index);
+        T* const node = Create<T>(owner, index);
         if (node != nullptr) {
             CountMore(changes - 1);
         }
         return node;
     }
     /// CreateNode for a map of a tree that is not read-only; the change is not counted.
-    Map* CreateMap(Composite* parent, int index, SemanticTag tag);
+    Map* CreateMap(NodeOwner& owner, int index, SemanticTag tag);
     /// True when nodes of a plain kind come straight from the buffer: the tree is not read-only, and none waits to be reused.
     template <class T>
     bool MayTake() const noexcept {
@@ -77,7 +77,7 @@ public:
     }
     /// The last step of CreateNode for one kind.
     template <class T>
-    static Node* Make(TreeImpl& tree, Composite* parent, int index);
+    static Node* Make(TreeImpl& tree, NodeOwner& owner, int index);
     /// Hands a node that has left its place to the forest and resets it, with everything below it.
     void ReleaseNode(Node* node);
     /// The first half of ReleaseNode: the node waits in the forest, but is not reset.
@@ -105,13 +105,13 @@ private:
     class ClearTemporary;
 
     template <class T>
-    T* Construct(Composite* parent, int index);
-    void Adopt(Node& node, Composite* parent, int index) noexcept;
+    T* Construct(NodeOwner& owner, int index);
+    void Adopt(Node& node, NodeOwner& owner, int index) noexcept;
     void UseForest() noexcept;
     void CalculateAll();
     std::int32_t Save(const ArchiveWriter& out, bool withTransient, int slotFlags);
     std::int32_t Load(ArchiveDecoder& decoder);
-    Map* ConstructMap(Composite* parent, int index, SemanticTag tag);
+    Map* ConstructMap(NodeOwner& owner, int index, SemanticTag tag);
 
     KivSynch::AtomicLong refCount_;
     Node* root_ = nullptr;
@@ -120,15 +120,15 @@ private:
 
 // A host's buffer may answer null, which a new-expression must not see: the memory is asked for first.
 template <class T>
-T* TreeImpl::Construct(Composite* parent, int index) {
-    static_assert(noexcept(T(static_cast<TreeImpl*>(nullptr), parent, index)), "the memory would be lost");
+T* TreeImpl::Construct(NodeOwner& owner, int index) {
+    static_assert(noexcept(T(static_cast<TreeImpl*>(nullptr), owner, index)), "the memory would be lost");
     void* const memory = GetBuffer()->template Take<T>();
-    return memory != nullptr ? ::new (memory) T(this, parent, index) : nullptr;
+    return memory != nullptr ? ::new (memory) T(this, owner, index) : nullptr;
 }
 
 template <class T>
-Node* TreeImpl::Make(TreeImpl& tree, Composite* parent, int index) {
-    return tree.Construct<T>(parent, index);
+Node* TreeImpl::Make(TreeImpl& tree, NodeOwner& owner, int index) {
+    return tree.Construct<T>(owner, index);
 }
 
 }  // namespace KivGenerics

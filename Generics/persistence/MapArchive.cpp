@@ -167,6 +167,7 @@ void MapWriter::PackLeafKeysBeyond(BytePacker& packer, const MapOverflow& overfl
     std::uint8_t* endOfKeys = packer.GetEnd();
     for (auto run = overflow.begin(); run.GetRunLength() > 0; run.SkipRun()) {
         Node* const* const end = run.GetRunValues() + run.GetRunLength();
+        PrefetchBehind(run.GetRunValues(), end);
         for (Node* const* next = run.GetRunValues(); next != end; ++next) {
             Node& child = **next;
             PrefetchBehind(child);

@@ -33,7 +33,7 @@ bool ReadIntoSlot(TreeImpl& tree, Map& map, Node*& slot, int index, EnumOrvGener
     if (!tree.CanCreateNext<T>()) {
         return false;
     }
-    T* const leaf = tree.CreateNext<T>(&map, index, kChanges);
+    T* const leaf = tree.CreateNext<T>(map, index, kChanges);
     NodeAccess::NoteChild(map);
     slot = leaf;
     NodeAccess::SetTemporalityOfNew(*leaf, temporality);
@@ -96,7 +96,7 @@ template <class T>
     const std::uint32_t code = next->typeCode;
     const EnumOrvGenericsTemporality temporality = DecodeTypeCode(code, 0).temporality;
     NodeAccess::NoteTemporalityOfNew(children.map, temporality);
-    LeafRun<T> run(tree, &children.map, most, temporality, kChanges);
+    LeafRun<T> run(tree, children.map, most, temporality, kChanges);
     MapOverflow::AppendRun store(*children.overflow);
     const ValueReader reader(decoder);
     const SlotKey* key = next;

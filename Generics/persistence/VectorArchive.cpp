@@ -84,7 +84,7 @@ std::int32_t ReadRun(Vector& vector, ArchiveDecoder& decoder, std::uint32_t& cou
     }
     constexpr std::uint32_t kChanges = 2;  // being made, and its temporality
     NodeAccess::NoteTemporalityOfNew(vector, temporality);
-    LeafRun<Leaf> run(tree, &vector, most, temporality, kChanges);
+    LeafRun<Leaf> run(tree, vector, most, temporality, kChanges);
     const ValueReader reader(decoder);
     count -= static_cast<std::uint32_t>(most);
     auto index = static_cast<int>(elements.size());

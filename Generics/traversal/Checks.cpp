@@ -14,7 +14,7 @@
 namespace KivGenerics {
 
 void Node::CheckPopulate(const Node* source) const {
-    tree_->CheckReadOnly();
+    CheckReadOnly();
     if (source == nullptr) {
         Raise(Texts::NullCopy);
     }
@@ -30,7 +30,7 @@ void Node::Populate(Node* source) {
 
 // kept-on-purpose: merge-temporality-wins
 bool Node::MergeWithChecks(Node* other, bool) {
-    tree_->CheckReadOnly();
+    CheckReadOnly();
     if (other == nullptr) {
         Raise(Texts::NullMerge);
     }
@@ -43,7 +43,7 @@ bool Node::MergeWithChecks(Node* other, bool) {
     const bool agreed = state_.temporality == TemporalityDefault;
     state_.temporality = other->state_.temporality;
     if (state_.temporality != TemporalityPersistent) {
-        tree_->NoteVaried();
+        GetGuard().NoteVaried();
     }
     return agreed;
 }

@@ -7,6 +7,7 @@
 
 #include "core/MapChildren.h"
 #include "core/NodeAccess.h"
+#include "core/Prefetch.h"
 #include "traversal/FoundComposite.h"
 
 namespace KivGenerics {
@@ -116,6 +117,7 @@ private:
         if (length > 0) {
             values_ = run_.GetRunValues();
             end_ = values_ + length;
+            PrefetchBehind(values_, end_);
             key_ = *run_.GetRun();
         } else {
             values_ = nullptr;

@@ -39,7 +39,7 @@ bool CopyIntoSlot(TreeImpl& tree, Map& target, Node*& slot, Node& source) {
     if (!tree.CanCreateNext<T>()) {
         return false;
     }
-    T* const copy = tree.CreateNext<T>(&target, source.GetIndex(), kChangesInMap);
+    T* const copy = tree.CreateNext<T>(target, source.GetIndex(), kChangesInMap);
     NodeAccess::NoteChild(target);
     slot = copy;
     FillLeaf(*copy, static_cast<T&>(source));
@@ -123,7 +123,7 @@ std::size_t CopyFew(TreeImpl& tree, Vector& target, Node* const* first, std::siz
     Node* const* const end = first + room;
     do {
         PrefetchBehind(*place);
-        T* const copy = tree.CreateNext<T>(&target, index++, kChangesInVector);
+        T* const copy = tree.CreateNext<T>(target, index++, kChangesInVector);
         NodeAccess::AppendInRoom(target, copy);
         FillLeaf(*copy, static_cast<T&>(**place));
         ++place;
@@ -148,7 +148,7 @@ std::size_t CopyRun(TreeImpl& tree, Vector& target, Node* const* first, Node* co
     const auto count = static_cast<std::size_t>(end - first);
     const EnumOrvGenericsTemporality t = (*first)->GetTemporality();
     NodeAccess::NoteTemporalityOfNew(target, t);
-    LeafRun<T> run(tree, &target, count, t, kChangesInVector);
+    LeafRun<T> run(tree, target, count, t, kChangesInVector);
     auto index = static_cast<int>(elements.size());
     elements.resize(elements.size() + count);
     for (Node** place = elements.data() + index; first != end; ++first) {
@@ -203,7 +203,7 @@ template <class T>
     const auto count = static_cast<std::size_t>(end - place);
     const EnumOrvGenericsTemporality t = (*place)->GetTemporality();
     NodeAccess::NoteTemporalityOfNew(target.map, t);
-    LeafRun<T> run(tree, &target.map, count, t, kChangesInMap);
+    LeafRun<T> run(tree, target.map, count, t, kChangesInMap);
     MapOverflow::AppendRun store(*target.overflow);
     for (; place != end; ++place) {
         const int index = (*place)->GetIndex();

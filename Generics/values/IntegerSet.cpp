@@ -7,8 +7,8 @@ namespace KivGenerics {
 
 IntegerSet::IntegerSet(TreeImpl* tree) noexcept : Node(tree, StaticType), elements_(tree->GetBuffer()) {}
 
-IntegerSet::IntegerSet(TreeImpl* tree, Composite* parent, int index) noexcept
-    : Node(tree, parent, index, StaticType), elements_(tree->GetBuffer()) {}
+IntegerSet::IntegerSet(TreeImpl* tree, NodeOwner& owner, int index) noexcept
+    : Node(tree, owner, index, StaticType), elements_(tree->GetBuffer()) {}
 
 // Exchanges nothing, despite its name: the destination becomes a copy of the source.
 void IntegerSet::hSwap(Elements& destination, const Chunks& source) {

@@ -18,8 +18,8 @@ KivBase::WString Copy(const KivBase::WString& text, const KivBase::Allocator<cha
 StringSet::StringSet(TreeImpl* tree) noexcept
     : Node(tree, StaticType), elements_(Elements::allocator_type(tree->GetBuffer())) {}
 
-StringSet::StringSet(TreeImpl* tree, Composite* parent, int index) noexcept
-    : Node(tree, parent, index, StaticType), elements_(Elements::allocator_type(tree->GetBuffer())) {}
+StringSet::StringSet(TreeImpl* tree, NodeOwner& owner, int index) noexcept
+    : Node(tree, owner, index, StaticType), elements_(Elements::allocator_type(tree->GetBuffer())) {}
 
 StringSet& StringSet::operator=(const StringSet& other) {
     hCopy(other.elements_);

@@ -37,18 +37,18 @@ protected:
         }
     }
 
-    /// Makes `node`, which stays where it is, belong to another tree.
-    void Estrange(Integer* node) {
-        Composite* const parent = node->GetParent();
-        const int index = node->GetIndex();
-        *node = *static_cast<Integer*>(stranger_);
-        NodeAccess::Place(*node, parent, index);
+    /// Makes `map`, which stays where it is, belong to another tree.
+    void Estrange(Map* map) {
+        Composite* const parent = map->GetParent();
+        const int index = map->GetIndex();
+        *map = *static_cast<Map*>(stranger_);
+        NodeAccess::Place(*map, parent, index);
     }
 
     Vector* vector_ = NewVector();
     Map* map_ = NewMap();
     KivBase::ReturnPtrI<Tree> otherTree_ = KivTests::NewTree();
-    Node* stranger_ = otherTree_->NewRoot(NodeTypeInteger);
+    Node* stranger_ = otherTree_->NewRoot(NodeTypeMap);
 };
 
 TEST_F(InvariantTest, WhatTheOperationsLeaveIsWhole) {
@@ -89,7 +89,7 @@ TEST_F(InvariantTest, AWrongParentInAVectorIsItsThird) {
 }
 
 TEST_F(InvariantTest, AChildOfAnotherTreeInAVectorIsItsFourth) {
-    Estrange(static_cast<Integer*>(vector_->Get(1)));
+    Estrange(static_cast<Map*>(vector_->Insert(1, NodeTypeMap)));
     EXPECT_EQ(4, CheckInvariants(vector_));
     EXPECT_EQ(4, CheckInvariants(root_));
 }
@@ -116,7 +116,7 @@ TEST_F(InvariantTest, AWrongParentInAMapIsItsSecond) {
 }
 
 TEST_F(InvariantTest, AChildOfAnotherTreeInAMapIsItsThird) {
-    Estrange(static_cast<Integer*>(map_->Get(40)));
+    Estrange(PutMap(map_, 41));
     EXPECT_EQ(3, CheckInvariants(map_));
     EXPECT_EQ(3, CheckInvariants(root_));
 }

@@ -160,5 +160,24 @@ TEST_F(MapReuseTest, AnotherTreeOfTheForestGetsTheMap) {
     EXPECT_EQ(-1, root->GetIndex());
 }
 
+TEST_F(MapReuseTest, WhatComesBelowAReusedCompositeBelongsToItsNewTree) {
+    const KivBase::ReturnPtrI<Tree> other = tree_->CreateTreeInForest();
+    for (const NodeType kind : {NodeTypeMap, NodeTypeVector}) {
+        KivBase::ReturnPtrI<Tree> first = tree_->CreateTreeInForest();
+        auto* const old = static_cast<Composite*>(static_cast<Map*>(first->NewRoot(NodeTypeMap))->NewNode(9, kind));
+        old->Remove();
+        first.Reset();  // what waits names a tree that is gone
+        auto* const above = static_cast<Composite*>(other->NewRoot(NodeTypeVector));
+        Node* const again = kind == NodeTypeVector ? above : above->NewNode(0, kind);
+        EXPECT_EQ(old, again) << kind;
+        Node* const leaf = old->NewNode(0, NodeTypeInteger);
+        EXPECT_EQ(other.Get(), old->GetTree().Get()) << kind;
+        EXPECT_EQ(other.Get(), leaf->GetTree().Get()) << kind;
+        const int changes = other->GetChangeCount();
+        static_cast<Integer*>(leaf)->Set(1);
+        EXPECT_EQ(changes + 1, other->GetChangeCount()) << kind;
+    }
+}
+
 }  // namespace
 }  // namespace KivGenerics::Testing

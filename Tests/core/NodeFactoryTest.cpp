@@ -30,7 +30,7 @@ TEST(NodeFactoryTest, EveryKindIsMadeWithTheGivenParentAndIndex) {
     auto* const tree = static_cast<TreeImpl*>(handle.Get());
     auto* const map = static_cast<Map*>(handle->NewRoot(NodeTypeMap));
     for (const NodeType kind : kAllKinds) {
-        Node* const node = tree->CreateNode(kind, map, 7, SemanticTagNone);
+        Node* const node = tree->CreateNode(kind, *map, 7, SemanticTagNone);
         ASSERT_NE(node, nullptr);
         EXPECT_EQ(node->GetType(), kind);
         EXPECT_EQ(node->GetParent(), map);
@@ -115,9 +115,9 @@ TEST(NodeFactoryTest, ATagOfZeroIsNotGivenToTheMap) {
 TEST(NodeFactoryTest, MakingANodeCountsOnceAndATaggedMapTwice) {
     const auto handle = NewTree();
     auto* const tree = static_cast<TreeImpl*>(handle.Get());
-    EXPECT_EQ(ChangesOf(*tree, [&] { tree->CreateNode(NodeTypeInteger, nullptr, -1, SemanticTag(9)); }), 1);
-    EXPECT_EQ(ChangesOf(*tree, [&] { tree->CreateNode(NodeTypeMap, nullptr, -1, SemanticTagNone); }), 1);
-    EXPECT_EQ(ChangesOf(*tree, [&] { tree->CreateNode(NodeTypeMap, nullptr, -1, SemanticTag(9)); }), 2);
+    EXPECT_EQ(ChangesOf(*tree, [&] { tree->CreateNode(NodeTypeInteger, *tree, -1, SemanticTag(9)); }), 1);
+    EXPECT_EQ(ChangesOf(*tree, [&] { tree->CreateNode(NodeTypeMap, *tree, -1, SemanticTagNone); }), 1);
+    EXPECT_EQ(ChangesOf(*tree, [&] { tree->CreateNode(NodeTypeMap, *tree, -1, SemanticTag(9)); }), 2);
 }
 
 TEST(NodeFactoryTest, AMapIsItsPublicPartAndOnePointerMoreThanItsSlots) {

@@ -1,3 +1,4 @@
+#include <cstdint>
 #include <type_traits>
 
 #include <gtest/gtest.h>
@@ -183,5 +184,35 @@ TEST(NodeTest, TheClassTreeIsAsDeclared) {
     EXPECT_TRUE((std::is_base_of_v<KivBase::ReferenceCounted, ForestImpl>));
     EXPECT_TRUE(std::is_abstract_v<Tree>);
     EXPECT_FALSE(std::is_destructible_v<Tree>);
-    EXPECT_EQ(sizeof(Composite), sizeof(Node));
+}
+
+TEST(NodeTest, ANodeHasOneWordForItsParentAndItsTree) {
+    EXPECT_EQ(sizeof(Node), 2 * sizeof(void*) + sizeof(NodeState) + sizeof(std::int32_t));
+    EXPECT_EQ(sizeof(Composite), sizeof(Node) + sizeof(void*));
+    EXPECT_EQ(sizeof(Integer), sizeof(Node) + sizeof(void*));
+}
+
+TEST(NodeTest, EveryNodeNamesItsTreeWhereverItStands) {
+    const auto tree = NewTree();
+    auto* const map = static_cast<Map*>(tree->NewRoot(NodeTypeMap));
+    auto* const vector = map->NewNode<Vector>(40);
+    Integer* const leaf = vector->Add<Integer>();
+    for (const Node* const node :
+         {static_cast<const Node*>(map), static_cast<const Node*>(vector), static_cast<const Node*>(leaf)}) {
+        EXPECT_EQ(node->GetTree().Get(), tree.Get());
+    }
+    EXPECT_EQ(vector->Detach(0), leaf);
+    EXPECT_EQ(leaf->GetParent(), nullptr);
+    EXPECT_TRUE(leaf->IsRoot());
+    EXPECT_EQ(leaf->GetTree().Get(), tree.Get());
+    map->Move(3, leaf);
+    EXPECT_EQ(leaf->GetParent(), map);
+    EXPECT_EQ(leaf->GetTree().Get(), tree.Get());
+    const Integer copy(*leaf);
+    EXPECT_EQ(copy.GetParent(), map);
+    EXPECT_EQ(copy.GetTree().Get(), tree.Get());
+    tree->SetRoot(leaf);
+    EXPECT_EQ(leaf->GetParent(), nullptr);
+    EXPECT_EQ(leaf->GetTree().Get(), tree.Get());
+    EXPECT_EQ(map->GetTree().Get(), tree.Get());
 }

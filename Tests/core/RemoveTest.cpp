@@ -137,7 +137,7 @@ TEST_F(RemoveTest, ANodeOutsideItsTreeCanBecomeTheRoot) {
 TEST_F(RemoveTest, ANodeReleasedWhileItIsTheRootIsForgottenByTheTree) {
     // A vector takes a free node without asking whether it is the root.
     auto* const factory = static_cast<TreeImpl*>(tree.Get());
-    auto* const vector = static_cast<Vector*>(factory->CreateNode(NodeTypeVector, nullptr, -1, SemanticTagNone));
+    auto* const vector = static_cast<Vector*>(factory->CreateNode(NodeTypeVector, *factory, -1, SemanticTagNone));
     vector->InsertNode(0, root);
     EXPECT_EQ(tree->GetRoot(), root);
     vector->Remove(0);

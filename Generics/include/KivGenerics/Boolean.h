@@ -39,9 +39,8 @@ private:
     friend struct NodeAccess;
 
     explicit Boolean(ChangeGuard* tree) noexcept : Node(tree, StaticType) {}
-    Boolean(ChangeGuard* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
-    Boolean(const Boolean& like, ChangeGuard* tree, Composite* parent, int index) noexcept
-        : Node(like, tree, parent, index) {}
+    Boolean(ChangeGuard* tree, NodeOwner& owner, int index) noexcept : Node(tree, owner, index, StaticType) {}
+    Boolean(const Boolean& like, NodeOwner& owner, int index) noexcept : Node(like, owner, index) {}
 
     bool value_ = false;
 };

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include <KivGenerics/Export.h>
+#include <KivGenerics/NodeOwner.h>
 #include <KivGenerics/NodeState.h>
 #include <KivGenerics/NodeType.h>
 
@@ -10,7 +11,7 @@ namespace KivGenerics {
 
 /// The modification guard of a tree: what every change asks first, inline, whichever node it goes through. It also knows how
 /// far the nodes' derived temporalities are up to date.
-class ChangeGuard {
+class ChangeGuard : public NodeOwner {
 public:
     ChangeGuard(const ChangeGuard&) = delete;
     ChangeGuard& operator=(const ChangeGuard&) = delete;
@@ -51,7 +52,7 @@ public:
     static constexpr std::uint8_t kLastRound = 127;
 
 protected:
-    ChangeGuard() noexcept { SetRound(1); }
+    ChangeGuard() noexcept : NodeOwner(this) { SetRound(1); }
     ~ChangeGuard() = default;
 
     void SetRound(std::uint8_t round) noexcept {
@@ -83,5 +84,9 @@ protected:
 private:
     [[noreturn]] KIV_GENERICS_EXPORT static void RefuseChange();
 };
+
+inline bool NodeOwner::IsTree() const noexcept {
+    return this == guard_;
+}
 
 }  // namespace KivGenerics

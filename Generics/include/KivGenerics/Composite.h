@@ -1,11 +1,13 @@
 #pragma once
 
 #include <KivGenerics/Node.h>
+#include <KivGenerics/NodeOwner.h>
+#include <KivGenerics/NodeSource.h>
 
 namespace KivGenerics {
 
 /// A node that holds children: the common interface of Vector and Map.
-class KIV_GENERICS_EXPORT Composite : public Node {
+class KIV_GENERICS_EXPORT Composite : public Node, public NodeOwner {
 public:
     using Node::Detach;
     using Node::Remove;
@@ -47,12 +49,17 @@ public:
     }
 
 protected:
-    Composite(ChangeGuard* tree, NodeType type) noexcept : Composite(tree, nullptr, -1, type) {}
-    Composite(ChangeGuard* tree, Composite* parent, int index, NodeType type) noexcept
-        : Node(tree, parent, index, type) {
+    Composite(ChangeGuard* tree, NodeType type) noexcept : Composite(tree, *tree, -1, type) {}
+    Composite(ChangeGuard* tree, NodeOwner& owner, int index, NodeType type) noexcept
+        : Node(tree, owner, index, type), NodeOwner(tree) {
         NoteEmpty();
     }
     ~Composite() = default;
+
+    /// What makes the nodes of this composite's tree.
+    NodeSource& GetSource() const noexcept { return static_cast<NodeSource&>(*NodeOwner::GetGuard()); }
+    /// The modification guard, by a shorter way.
+    void CheckReadOnly() const { NodeOwner::GetGuard()->CheckReadOnly(); }
 
     /// Throws Exception when `node` is null, this composite or an ancestor of it.
     void CheckAncestor(const Node* node) const;
@@ -74,5 +81,9 @@ private:
     const Node* FindStepBelow(const Composite* ancestor) const noexcept;
     void CheckNotInside(const Composite* source) const;
 };
+
+inline Composite* Node::Parent() const noexcept {
+    return owner_->IsTree() ? nullptr : static_cast<Composite*>(owner_);
+}
 
 }  // namespace KivGenerics

@@ -41,9 +41,8 @@ private:
     friend struct NodeAccess;
 
     explicit Double(ChangeGuard* tree) noexcept : Node(tree, StaticType) {}
-    Double(ChangeGuard* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
-    Double(const Double& like, ChangeGuard* tree, Composite* parent, int index) noexcept
-        : Node(like, tree, parent, index) {}
+    Double(ChangeGuard* tree, NodeOwner& owner, int index) noexcept : Node(tree, owner, index, StaticType) {}
+    Double(const Double& like, NodeOwner& owner, int index) noexcept : Node(like, owner, index) {}
 
     double value_ = 0.0;
 };

@@ -68,7 +68,7 @@ private:
     friend struct NodeAccess;
 
     explicit DoubleSet(TreeImpl* tree) noexcept;
-    DoubleSet(TreeImpl* tree, Composite* parent, int index) noexcept;
+    DoubleSet(TreeImpl* tree, NodeOwner& owner, int index) noexcept;
 
     static void hSwap(Elements& destination, const Chunks& source);
     static void hSwap(Chunks& destination, const Elements& source);

@@ -42,9 +42,8 @@ private:
     friend struct NodeAccess;
 
     explicit GlobalID(ChangeGuard* tree) noexcept : Node(tree, StaticType) {}
-    GlobalID(ChangeGuard* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
-    GlobalID(const GlobalID& like, ChangeGuard* tree, Composite* parent, int index) noexcept
-        : Node(like, tree, parent, index) {}
+    GlobalID(ChangeGuard* tree, NodeOwner& owner, int index) noexcept : Node(tree, owner, index, StaticType) {}
+    GlobalID(const GlobalID& like, NodeOwner& owner, int index) noexcept : Node(like, owner, index) {}
 
     GUID value_{};
 };

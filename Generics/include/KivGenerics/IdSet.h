@@ -86,7 +86,7 @@ private:
     friend struct NodeAccess;
 
     explicit IdSet(TreeImpl* tree) noexcept;
-    IdSet(TreeImpl* tree, Composite* parent, int index) noexcept;
+    IdSet(TreeImpl* tree, NodeOwner& owner, int index) noexcept;
 
     static void hSwap(Elements& destination, const Chunks& source);
     static void hSwap(Chunks& destination, const Elements& source);

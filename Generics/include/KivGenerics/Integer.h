@@ -41,9 +41,8 @@ private:
     friend struct NodeAccess;
 
     explicit Integer(ChangeGuard* tree) noexcept : Node(tree, StaticType) {}
-    Integer(ChangeGuard* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
-    Integer(const Integer& like, ChangeGuard* tree, Composite* parent, int index) noexcept
-        : Node(like, tree, parent, index) {}
+    Integer(ChangeGuard* tree, NodeOwner& owner, int index) noexcept : Node(tree, owner, index, StaticType) {}
+    Integer(const Integer& like, NodeOwner& owner, int index) noexcept : Node(like, owner, index) {}
 
     std::int32_t value_ = 0;
 };

@@ -42,9 +42,8 @@ private:
     friend struct NodeAccess;
 
     explicit Integer64(ChangeGuard* tree) noexcept : Node(tree, StaticType) {}
-    Integer64(ChangeGuard* tree, Composite* parent, int index) noexcept : Node(tree, parent, index, StaticType) {}
-    Integer64(const Integer64& like, ChangeGuard* tree, Composite* parent, int index) noexcept
-        : Node(like, tree, parent, index) {}
+    Integer64(ChangeGuard* tree, NodeOwner& owner, int index) noexcept : Node(tree, owner, index, StaticType) {}
+    Integer64(const Integer64& like, NodeOwner& owner, int index) noexcept : Node(like, owner, index) {}
 
     std::int64_t value_ = 0;
 };

@@ -58,7 +58,7 @@ private:
     friend struct NodeAccess;
 
     explicit IntegerSet(TreeImpl* tree) noexcept;
-    IntegerSet(TreeImpl* tree, Composite* parent, int index) noexcept;
+    IntegerSet(TreeImpl* tree, NodeOwner& owner, int index) noexcept;
 
     static void hSwap(Elements& destination, const Chunks& source);
     static void hSwap(Chunks& destination, const Elements& source);

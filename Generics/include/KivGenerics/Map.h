@@ -55,7 +55,7 @@ public:
         if constexpr (NodeSource::IsMadeInline<T>) {
             NodeSource& source = GetSource();
             if ((HasRoom(index) || MakeRoom(index)) && source.CanCreateNext<T>()) {
-                T* const node = source.CreateNext<T>(this, index, 2);  // being made, and its temporality
+                T* const node = source.CreateNext<T>(*this, index, 2);  // being made, and its temporality
                 Put(index, node);
                 MakePersistent(*node);
                 return node;
@@ -89,8 +89,8 @@ protected:
 
     Map(ChangeGuard* tree, int slotCount) noexcept
         : Composite(tree, StaticType), slotCount_(static_cast<std::uint8_t>(slotCount)) {}
-    Map(ChangeGuard* tree, Composite* parent, int index, int slotCount) noexcept
-        : Composite(tree, parent, index, StaticType), slotCount_(static_cast<std::uint8_t>(slotCount)) {}
+    Map(ChangeGuard* tree, NodeOwner& owner, int index, int slotCount) noexcept
+        : Composite(tree, owner, index, StaticType), slotCount_(static_cast<std::uint8_t>(slotCount)) {}
     ~Map() = default;
 
     /// Throws Exception for an index outside 0 to 0x1FFFFFFF.

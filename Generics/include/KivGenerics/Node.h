@@ -29,20 +29,18 @@ class KIV_GENERICS_EXPORT Node {
 public:
     // kept-on-purpose: copies-name-the-source
     // A copy is a free-standing duplicate: it names the source's tree, parent and index, but no parent knows it.
-    Node(const Node& other) noexcept
-        : tree_(other.tree_), state_(other.state_), index_(other.index_), parent_(other.parent_) {
-        tree_->NoteStray();
+    Node(const Node& other) noexcept : state_(other.state_), index_(other.index_), owner_(other.owner_) {
+        GetGuard().NoteStray();
     }
     Node& operator=(const Node& other) noexcept {
         if (this != &other) {
-            tree_->NoteOwnDerived();
-            tree_->NoteStray();
-            other.tree_->NoteOwnDerived();
-            other.tree_->NoteStray();
-            tree_ = other.tree_;
+            for (ChangeGuard* const guard : {&GetGuard(), &other.GetGuard()}) {
+                guard->NoteOwnDerived();
+                guard->NoteStray();
+            }
             state_ = other.state_;
             index_ = other.index_;
-            parent_ = other.parent_;
+            owner_ = other.owner_;
         }
         return *this;
     }
@@ -131,7 +129,7 @@ public:
         state_.temporality = t;
         StoreDerived(TemporalityDefault);
         if (t != TemporalityPersistent) {
-            tree_->NoteVaried();
+            GetGuard().NoteVaried();
         }
     }
     /// True when the derived temporality, as stored, is not above `t`; for visitors.
@@ -143,17 +141,16 @@ public:
     void IterateRows(RowVisitor* visitor, SemanticTag tag, int flags);
 
 protected:
-    Node(ChangeGuard* tree, NodeType type) noexcept : Node(tree, nullptr, -1, type) {}
-    Node(ChangeGuard* tree, Composite* parent, int index, NodeType type) noexcept
-        : tree_(tree), state_(tree->GetNewState(type)), index_(index), parent_(parent) {}
+    Node(ChangeGuard* tree, NodeType type) noexcept : Node(tree, *tree, -1, type) {}
+    Node(ChangeGuard* tree, NodeOwner& owner, int index, NodeType type) noexcept
+        : state_(tree->GetNewState(type)), index_(index), owner_(&owner) {}
     /// A leaf of the kind, the temporality and the tree of `like`, for another place.
-    Node(const Node& like, ChangeGuard* tree, Composite* parent, int index) noexcept
-        : tree_(tree), state_(like.state_), index_(index), parent_(parent) {}
+    Node(const Node& like, NodeOwner& owner, int index) noexcept : state_(like.state_), index_(index), owner_(&owner) {}
     // Nodes are never destroyed through a base: their memory goes with the forest.
     ~Node() = default;
 
     /// The modification guard: throws ReadOnlyException on a read-only tree, else counts the change.
-    void CheckReadOnly() const { tree_->CheckReadOnly(); }
+    void CheckReadOnly() const { GetGuard().CheckReadOnly(); }
     /// The shared first steps of every MergeWith: guard, argument checks and the reconciliation of the own temporalities.
     /// False when two set temporalities conflict; the other's wins. The flag is not read.
     bool MergeWithChecks(Node* other, bool flag);
@@ -168,9 +165,6 @@ protected:
             NoteFirstChild();
         }
     }
-
-    /// What makes the nodes of this node's tree.
-    NodeSource& GetSource() const noexcept { return static_cast<NodeSource&>(*tree_); }
 
     /// By temporality: the iteration flags that make a node of that temporality visible.
     static constexpr std::uint32_t gcSeeTemporalityBits[5] = {
@@ -199,7 +193,7 @@ private:
     int GetDerivedRound() const noexcept { return state_.derivedAt & ~kEmptyBit & 0xFF; }
     bool IsDerivedAsStored() const noexcept {
         const int round = GetDerivedRound();
-        return round == tree_->GetRound() || round == kFrozen;
+        return round == kFrozen || round == GetGuard().GetRound();
     }
     EnumOrvGenericsTemporality StoredDerived() const noexcept {
         return IsDerivedAsStored() ? static_cast<EnumOrvGenericsTemporality>(int{state_.derived})
@@ -208,16 +202,16 @@ private:
     void StoreDerived(EnumOrvGenericsTemporality t) noexcept {
         state_.derived = t;
         if (GetDerivedRound() != kFrozen) {
-            state_.derivedAt = (state_.derivedAt & kEmptyBit) | tree_->GetRound();
+            state_.derivedAt = (state_.derivedAt & kEmptyBit) | GetGuard().GetRound();
         }
     }
     // Whoever keeps a root that its tree has dropped may fill it again: what comes below it must not take part in the rounds.
     void NoteFirstChild() noexcept {
         if (GetDerivedRound() == kFrozen) {
-            tree_->NoteStray();
+            GetGuard().NoteStray();
         } else {
             state_.derivedAt = state_.derivedAt & ~kEmptyBit;
-            tree_->UncountEmpty();
+            GetGuard().UncountEmpty();
         }
     }
     int GetDefaultIterateFlags(int flags, SemanticTag tag) const noexcept;
@@ -239,7 +233,7 @@ private:
     /// What the tree must know of an own temporality other than TemporalityPersistent.
     void NoteTaken(int t) noexcept {
         if (t != TemporalityDefault) {
-            tree_->NoteVaried();
+            GetGuard().NoteVaried();
         } else if (IsCompositeType(GetType())) {
             NoteEmpty();
         }
@@ -248,21 +242,20 @@ private:
     void NoteEmpty() noexcept {
         if ((state_.derivedAt & kEmptyBit) == 0) {
             state_.derivedAt = state_.derivedAt | kEmptyBit;
-            tree_->CountEmpty();
+            GetGuard().CountEmpty();
         }
     }
     /// This composite, of which nothing is known but that it has just been made, need not be counted as empty.
     void ForgetEmptyOfNew() noexcept {
         state_.derivedAt = state_.derivedAt & ~kEmptyBit;
-        tree_->UncountEmpty();
+        GetGuard().UncountEmpty();
     }
-    void SetIndex(int index) noexcept { index_ = index; }
-    void SetParent(Composite* parent) noexcept { parent_ = parent; }
+    ChangeGuard& GetGuard() const noexcept { return *owner_->GetGuard(); }
+    Composite* Parent() const noexcept;
 
-    ChangeGuard* tree_;  // of the tree: TreeImpl is the only class that has one
     NodeState state_;
     std::int32_t index_ = -1;
-    Composite* parent_ = nullptr;
+    NodeOwner* owner_;  // the parent, or the tree where there is none
 };
 
 }  // namespace KivGenerics

@@ -22,18 +22,18 @@ public:
     template <class T>
     static constexpr bool IsMadeInline = IsPlain<T> || std::is_same_v<T, String> || std::is_same_v<T, Vector>;
 
-    /// A node of the kind T for `parent` and `index`, reused or new; the caller places it. Counts one change. Null where a
+    /// A node of the kind T for `owner` and `index`, reused or new; the caller places it. Counts one change. Null where a
     /// host's buffer answers null.
     template <class T>
-    T* Create(Composite* parent, int index) {
+    T* Create(NodeOwner& owner, int index) {
         static_assert(IsMadeInline<T>, "a node with more to it is made by its kind's number");
         CheckReadOnly();
         if (waiting_[T::StaticType - 1] != nullptr) {
-            return static_cast<T*>(Reuse(T::StaticType, parent, index));
+            return static_cast<T*>(Reuse(T::StaticType, owner, index));
         }
         // A host's buffer may answer null, which a new-expression must not see.
         void* const memory = buffer_->template Take<T>();
-        return memory != nullptr ? ::new (memory) T(this, parent, index) : nullptr;
+        return memory != nullptr ? ::new (memory) T(this, owner, index) : nullptr;
     }
 
     /// True when CreateNext may make a T: the tree is not read-only, none waits to be reused, and the buffer has room.
@@ -44,9 +44,9 @@ public:
     /// Create after CanCreateNext: nothing can fail, and nothing is called, so that whoever makes nodes keeps nothing on the
     /// stack. Counts `changes` changes.
     template <class T>
-    T* CreateNext(Composite* parent, int index, std::uint32_t changes) noexcept {
+    T* CreateNext(NodeOwner& owner, int index, std::uint32_t changes) noexcept {
         CountMore(changes);
-        return ::new (buffer_->template TakeNext<T>()) T(this, parent, index);
+        return ::new (buffer_->template TakeNext<T>()) T(this, owner, index);
     }
 
     /// The buffer of the forest.
@@ -56,8 +56,8 @@ protected:
     NodeSource() = default;
     ~NodeSource() = default;
 
-    /// The node of this kind that waits in the forest, for `parent` and `index`.
-    KIV_GENERICS_EXPORT Node* Reuse(NodeType type, Composite* parent, int index) noexcept;
+    /// The node of this kind that waits in the forest, for `owner` and `index`.
+    KIV_GENERICS_EXPORT Node* Reuse(NodeType type, NodeOwner& owner, int index) noexcept;
 
     KivBase::Buffer* buffer_ = nullptr;  // of the forest
     Node* const* waiting_ = nullptr;  // by kind - 1: the nodes that the forest hands out again

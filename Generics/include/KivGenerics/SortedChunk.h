@@ -112,7 +112,9 @@ public:
 
     /// An empty chunk from the buffer, or from the heap when that is null. Throws std::bad_alloc.
     static SortedChunk* New(KivBase::Buffer* buffer, int capacity, int level) {
-        void* const memory = KivBase::Allocator<Word>(buffer).allocate(GetWords(static_cast<std::size_t>(capacity)));
+        const std::size_t words = GetWords(static_cast<std::size_t>(capacity));
+        void* const memory = KivBase::Allocator<Word>(buffer).allocate(words);
+        KivBase::Buffer::PrefetchForWriting(static_cast<const char*>(memory), words * sizeof(Word));
         auto* const chunk = ::new (memory) SortedChunk;
         chunk->size = 0;
         chunk->capacity = static_cast<std::uint16_t>(capacity);

@@ -45,9 +45,9 @@ private:
     friend class TreeImpl;
     friend struct NodeAccess;
 
-    explicit String(NodeSource* tree) noexcept : String(tree, nullptr, -1) {}
-    String(NodeSource* tree, Composite* parent, int index) noexcept
-        : Node(tree, parent, index, StaticType), value_(KivBase::Allocator<char16_t>(tree->GetBuffer())) {}
+    explicit String(NodeSource* tree) noexcept : String(tree, *tree, -1) {}
+    String(NodeSource* tree, NodeOwner& owner, int index) noexcept
+        : Node(tree, owner, index, StaticType), value_(KivBase::Allocator<char16_t>(tree->GetBuffer())) {}
 
     KivBase::WString value_;
 };

@@ -62,7 +62,7 @@ private:
     friend struct NodeAccess;
 
     explicit StringSet(TreeImpl* tree) noexcept;
-    StringSet(TreeImpl* tree, Composite* parent, int index) noexcept;
+    StringSet(TreeImpl* tree, NodeOwner& owner, int index) noexcept;
 
     void hCopy(const Elements& source);
 

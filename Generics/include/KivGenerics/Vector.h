@@ -88,7 +88,7 @@ public:
             }
             NodeSource& source = GetSource();
             if (TakesKind(T::StaticType) && source.CanCreateNext<T>()) {
-                T* const node = source.CreateNext<T>(this, static_cast<int>(children_.size()), 1);
+                T* const node = source.CreateNext<T>(*this, static_cast<int>(children_.size()), 1);
                 NoteChild();
                 Append(node);
                 return node;
@@ -125,9 +125,9 @@ private:
     friend class TreeImpl;
     friend struct NodeAccess;
 
-    explicit Vector(NodeSource* tree) noexcept : Vector(tree, nullptr, -1) {}
-    Vector(NodeSource* tree, Composite* parent, int index) noexcept
-        : Composite(tree, parent, index, StaticType), children_(KivBase::Allocator<Node*>(tree->GetBuffer())) {}
+    explicit Vector(NodeSource* tree) noexcept : Vector(tree, *tree, -1) {}
+    Vector(NodeSource* tree, NodeOwner& owner, int index) noexcept
+        : Composite(tree, owner, index, StaticType), children_(KivBase::Allocator<Node*>(tree->GetBuffer())) {}
 
     void CheckIndex(int index) const;
     /// Throws Exception when child 0 is of another kind.
@@ -161,7 +161,7 @@ private:
     //   1. no element is null;
     //   2. element i has index i;
     //   3. every element has this vector as parent;
-    //   4. every element belongs to this vector's tree.
+    //   4. every composite among them belongs to this vector's tree.
     std::vector<Node*, KivBase::Allocator<Node*>> children_;
 };
 

@@ -50,7 +50,7 @@ public:
     void* TakeNext() noexcept {
         char* const taken = cursor_;
         cursor_ = taken + GetTakenSize<T>();
-        PrefetchForWriting(taken);
+        PrefetchForWriting(taken, sizeof(T));
         return taken;
     }
     /// How many T TakeRun can give at once.
@@ -83,9 +83,12 @@ public:
         return (sizeof(T) + kTakeAlignment - 1) / kTakeAlignment * kTakeAlignment;
     }
     /// What is taken at `place` is written next, and what comes a little later soon: its line is on its way when that is so.
-    static void PrefetchForWriting([[maybe_unused]] const char* place) noexcept {
+    static void PrefetchForWriting([[maybe_unused]] const char* place, [[maybe_unused]] std::size_t size = 1) noexcept {
 #if defined(__GNUC__)
-        __builtin_prefetch(place + kPrefetchDistance, 1);
+        constexpr std::size_t kLine = 64;
+        for (std::size_t i = 0; i < size; i += kLine) {
+            __builtin_prefetch(place + kPrefetchDistance + i, 1);
+        }
 #endif
     }
 
