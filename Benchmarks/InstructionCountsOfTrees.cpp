@@ -31,7 +31,9 @@ constexpr Form kForms[] = {
 
 class RowSum final : public RowVisitor {
 public:
-    RowSum() : RowVisitor({NodeTypeBoolean, NodeTypeDouble, NodeTypeInteger, NodeTypeInteger64, NodeTypeString}) {}
+    RowSum()
+        : RowVisitor({NodeTypeBoolean, NodeTypeDouble, NodeTypeInteger, NodeTypeInteger64, NodeTypeString},
+                     SlotRows::OfAnyKinds) {}
 
     VisitCode VisitBooleans(LeafRow<Boolean> row) override {
         return Add(row, [](const Boolean& leaf) { return leaf.Get() ? 1 : 0; });
@@ -48,12 +50,22 @@ public:
     VisitCode VisitStrings(LeafRow<String> row) override {
         return Add(row, [](const String& leaf) { return leaf.GetLength(); });
     }
+    VisitCode VisitSlots(LeafRow<Node> row) override { return Add(row, GetNumber); }
 
     std::int64_t sum = 0;
 
 private:
-    template <class T, class GetNumber>
-    VisitCode Add(LeafRow<T> row, GetNumber getNumber) {
+    static double GetNumber(const Node& leaf) {
+        switch (leaf.GetType()) {
+            case NodeTypeBoolean: return static_cast<const Boolean&>(leaf).Get() ? 1 : 0;
+            case NodeTypeDouble: return static_cast<const Double&>(leaf).Get();
+            case NodeTypeInteger: return static_cast<const Integer&>(leaf).Get();
+            case NodeTypeInteger64: return static_cast<double>(static_cast<const Integer64&>(leaf).Get());
+            default: return static_cast<double>(static_cast<const String&>(leaf).GetLength());
+        }
+    }
+    template <class T, class Get>
+    VisitCode Add(LeafRow<T> row, Get getNumber) {
         std::int64_t sumOfRow = 0;
         for (const T* leaf : row) {
             sumOfRow += static_cast<std::int64_t>(getNumber(*leaf));

@@ -165,13 +165,26 @@ public:
 // [/removing]
 
 // [rows]
-class SumOfDoubles final : public RowVisitor {
+class SumOfNumbers final : public RowVisitor {
 public:
-    SumOfDoubles() : RowVisitor({NodeTypeDouble}) {}
+    SumOfNumbers() : RowVisitor({NodeTypeDouble, NodeTypeInteger}, SlotRows::OfAnyKinds) {}
 
     VisitCode VisitDoubles(LeafRow<Double> row) override {
         for (const Double* leaf : row) {
             sum_ += leaf->Get();
+        }
+        return VisitContinue;
+    }
+    VisitCode VisitIntegers(LeafRow<Integer> row) override {
+        for (const Integer* leaf : row) {
+            sum_ += leaf->Get();
+        }
+        return VisitContinue;
+    }
+    VisitCode VisitSlots(LeafRow<Node> row) override {
+        for (const Node* leaf : row) {
+            sum_ += leaf->GetType() == NodeTypeDouble ? static_cast<const Double*>(leaf)->Get()
+                                                      : static_cast<const Integer*>(leaf)->Get();
         }
         return VisitContinue;
     }
@@ -183,7 +196,7 @@ private:
 };
 
 double AddUp(Node* start) {
-    SumOfDoubles visitor;
+    SumOfNumbers visitor;
     start->IterateRows(&visitor, SemanticTagNone, 0);
     return visitor.Get();
 }

@@ -179,6 +179,18 @@ std::int64_t GetNumber(const String& leaf) {
     return static_cast<std::int64_t>(leaf.GetLength());
 }
 
+std::int64_t GetValue(const Node* node) {
+    switch (node->GetType()) {
+        case NodeTypeInteger: return GetNumber(*static_cast<const Integer*>(node));
+        case NodeTypeInteger64: return GetNumber(*static_cast<const Integer64*>(node));
+        case NodeTypeDouble: return GetNumber(*static_cast<const Double*>(node));
+        case NodeTypeBoolean: return GetNumber(*static_cast<const Boolean*>(node));
+        case NodeTypeString: return GetNumber(*static_cast<const String*>(node));
+        case NodeTypeGlobalID: return GetNumber(*static_cast<const GlobalID*>(node));
+        default: return 1;
+    }
+}
+
 class Sum final : public Sums<Visitor> {
 public:
     VisitCode VisitBoolean(Boolean* node) override { return Add(1, GetNumber(*node)); }
@@ -192,8 +204,8 @@ public:
 class RowSum final : public Sums<RowVisitor> {
 public:
     RowSum()
-        : Sums({NodeTypeBoolean, NodeTypeDouble, NodeTypeGlobalID, NodeTypeInteger, NodeTypeInteger64,
-                NodeTypeString}) {}
+        : Sums({NodeTypeBoolean, NodeTypeDouble, NodeTypeGlobalID, NodeTypeInteger, NodeTypeInteger64, NodeTypeString},
+               SlotRows::OfAnyKinds) {}
 
     VisitCode VisitBooleans(LeafRow<Boolean> row) override { return AddRow(row); }
     VisitCode VisitDoubles(LeafRow<Double> row) override { return AddRow(row); }
@@ -201,6 +213,13 @@ public:
     VisitCode VisitIntegers(LeafRow<Integer> row) override { return AddRow(row); }
     VisitCode VisitInteger64s(LeafRow<Integer64> row) override { return AddRow(row); }
     VisitCode VisitStrings(LeafRow<String> row) override { return AddRow(row); }
+    VisitCode VisitSlots(LeafRow<Node> row) override {
+        std::int64_t sum = 0;
+        for (const Node* leaf : row) {
+            sum += GetValue(leaf);
+        }
+        return Add(row.GetSize(), sum);
+    }
 
 private:
     template <class T>
@@ -224,18 +243,6 @@ Seen WalkTree(const Tree& tree) {
         Sum sum;
         tree.GetRoot()->Iterate(&sum, SemanticTagNone, kAll);
         return sum.seen;
-    }
-}
-
-std::int64_t GetValue(Node* node) {
-    switch (node->GetType()) {
-        case NodeTypeInteger: return static_cast<Integer*>(node)->Get();
-        case NodeTypeInteger64: return static_cast<Integer64*>(node)->Get();
-        case NodeTypeDouble: return static_cast<std::int64_t>(static_cast<Double*>(node)->Get());
-        case NodeTypeBoolean: return static_cast<Boolean*>(node)->Get() ? 1 : 0;
-        case NodeTypeString: return static_cast<std::int64_t>(static_cast<String*>(node)->GetLength());
-        case NodeTypeGlobalID: return sizeof(GUID);
-        default: return 1;
     }
 }
 

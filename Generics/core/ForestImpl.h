@@ -27,6 +27,8 @@ public:
     /// Throws std::bad_alloc when there is no buffer to be had.
     explicit ForestImpl(EnumOrvObjectType type);
 
+    /// False as long as no map has ever waited.
+    bool MayHaveWaitingMaps() const noexcept { return mapsWait_; }
     /// A waiting map that can serve as a new one of this tag, which does not wait any more; null when there is none.
     Node* TakeReusableMap(SemanticTag tag) noexcept { return mapsWait_ ? FindReusableMap(tag) : nullptr; }
     /// The nodes that wait, by kind - 1; the place of maps stays empty.

@@ -59,7 +59,16 @@ inline Map* TreeImpl::ConstructMap(NodeOwner& owner, int index, SemanticTag tag)
     }
 }
 
+// Nearly all maps are made without any further call.
 Map* TreeImpl::CreateMap(NodeOwner& owner, int index, SemanticTag tag) {
+    using Default = MapImpl<DefaultMapSlotCount>;
+    if (tag == SemanticTagNone && !forest_->MayHaveWaitingMaps() && GetBuffer()->CanTake<Default>()) {
+        return ::new (GetBuffer()->TakeNext<Default>()) Default(this, owner, index);
+    }
+    return CreateMapOfTag(owner, index, tag);
+}
+
+[[gnu::noinline]] Map* TreeImpl::CreateMapOfTag(NodeOwner& owner, int index, SemanticTag tag) {
     auto* map = static_cast<Map*>(forest_->TakeReusableMap(tag));
     if (map != nullptr) {
         Adopt(*map, owner, index);

@@ -11,6 +11,29 @@
 
 namespace KivGenerics {
 
+/// Few enough leaves that what has been looked at once is still in the processor's cache when the visitor looks at it.
+constexpr std::ptrdiff_t kMostInRow = 64;
+
+/// The end of the children from `place` on, one of which there is, that are like it; at most kMostInRow, and none is null.
+inline Node* const* FindEndOfRow(Node* const* place, Node* const* end) noexcept {
+    const std::uint32_t likeness = GetLikeness(**place);
+    Node* const* const limit = end - place > kMostInRow ? place + kMostInRow : end;
+    // By twos, as many as lie in a line of memory.
+    for (; limit - place > 2; place += 2) {
+        PrefetchBehind(**place);
+        if (GetLikeness(*place[1]) != likeness) {
+            return place + 1;
+        }
+        if (GetLikeness(*place[2]) != likeness) {
+            return place + 2;
+        }
+    }
+    do {
+        ++place;
+    } while (place != limit && GetLikeness(**place) == likeness);
+    return place;
+}
+
 /// Shows the leaves of one composite, which stand at `Places`, in rows of those that are treated alike.
 template <class Shown, class Places>
 class LeafRows {
@@ -69,8 +92,7 @@ private:
         if constexpr (std::is_same_v<Shown, RowVisitor>) {
             Node* const* last = nullptr;
             Node* const* const first = places_.GetRun(last);
-            Node* const* const end =
-                last - first < kMostAtOnce ? FindEndOfLike(first, last) : FindEndOfLong(first, likeness);
+            Node* const* const end = FindEndOfRow(first, last);
             const std::ptrdiff_t more = end - first - 1;
             const int lastIndex = end[-1]->GetIndex();
             const VisitCode answer = ShowRow(visitor_, GetLikeType(likeness), first, end);
@@ -88,16 +110,6 @@ private:
             likeness = GetLikenessOf(*leaf);
         }
         return RowEnd::Child;
-    }
-    /// FindEndOfLike where there are kMostAtOnce children and more. What comes behind them is asked for; where there are less, the
-    /// processor does as well by itself.
-    static Node* const* FindEndOfLong(Node* const* place, Likeness likeness) noexcept {
-        Node* const* const limit = place + kMostAtOnce;
-        do {
-            PrefetchBehind(*place);
-            ++place;
-        } while (place != limit && GetLikenessOf(**place) == likeness);
-        return place;
     }
     /// Removes `leaf` and so many behind it, as they would be one by one.
     void RemoveRow(Node*& leaf, std::ptrdiff_t more) {
@@ -144,9 +156,6 @@ private:
             }
         }
     }
-
-    // Few enough that what has been looked at once is still in the processor's cache when the visitor looks at it.
-    static constexpr std::ptrdiff_t kMostAtOnce = 64;
 
     Shown& visitor_;
     const WalkLevel& level_;

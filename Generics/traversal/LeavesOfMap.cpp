@@ -29,6 +29,25 @@ VisitCode Show(Visitor& visitor, Node& leaf) {
     return VisitContinue;
 }
 
+/// Shows the leaves that stand side by side from `slot` on, where one of a kind that comes in rows does; `behind` is then the
+/// first slot behind them.
+[[gnu::always_inline]] inline VisitCode ShowRowInSlots(RowVisitor& visitor, const WalkLevel& level, Node* const* slot,
+                                                       Node* const* end, Node* const*& behind) {
+    if (visitor.GetSlotRows() == SlotRows::OfOneKind) {
+        behind = FindEndOfLike(slot, end);
+        return ShowRow(visitor, (*slot)->GetType(), slot, behind);
+    }
+    const auto isMeant = [&](const Node* child) {
+        return child != nullptr && level.ShowsLeaves(child->GetType()) && level.ShowsLeaves(child->GetTemporality()) &&
+               visitor.TakesRows(child->GetType());
+    };
+    behind = slot + 1;
+    while (behind != end && isMeant(*behind)) {
+        ++behind;
+    }
+    return visitor.VisitSlots(LeafRow<Node>(slot, behind));
+}
+
 template <class Shown>
 FoundComposite WalkBeyond(Shown& visitor, const WalkLevel& level, const OverflowPlaces& from, Node* child,
                           OverflowPlace& beyond) {
@@ -65,8 +84,8 @@ FoundComposite WalkLeavesInSlots(Shown& visitor, const WalkLevel& level, Map& ma
         }
         if constexpr (std::is_same_v<Shown, RowVisitor>) {
             if (visitor.TakesRows(child->GetType())) {
-                Node* const* const behind = FindEndOfLike(slot, end);
-                const VisitCode answer = ShowRow(visitor, child->GetType(), slot, behind);
+                Node* const* behind = nullptr;
+                const VisitCode answer = ShowRowInSlots(visitor, level, slot, end, behind);
                 if (answer == VisitStop) {
                     return {nullptr, FoundComposite::kStopped};
                 }

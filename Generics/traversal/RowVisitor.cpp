@@ -4,7 +4,7 @@
 
 namespace KivGenerics {
 
-RowVisitor::RowVisitor(std::initializer_list<NodeType> kinds) noexcept {
+RowVisitor::RowVisitor(std::initializer_list<NodeType> kinds, SlotRows slotRows) noexcept : slotRows_(slotRows) {
     for (const NodeType kind : kinds) {
         const bool hasOperation = ForScalarKind(kind, [](auto) { return true; }, [] { return false; });
         kinds_ |= hasOperation ? 1U << kind : 0U;
@@ -27,6 +27,9 @@ VisitCode RowVisitor::VisitInteger64s(LeafRow<Integer64>) {
     return VisitContinue;
 }
 VisitCode RowVisitor::VisitStrings(LeafRow<String>) {
+    return VisitContinue;
+}
+VisitCode RowVisitor::VisitSlots(LeafRow<Node>) {
     return VisitContinue;
 }
 

@@ -63,7 +63,7 @@ private:
                 return nullptr;
             }
         }
-        PrefetchBehind(&composite);
+        PrefetchBehind(composite);
         if (const WalkLevel* const below = level.GetBelow()) {
             const FoundComposite found = FindFirst(composite, *below, isShownAgain, frame);
             if (found.composite != nullptr) {

@@ -83,11 +83,12 @@ bool ComesInRows(NodeType type) {
 /// Gives every row the same answer, and all else what the answers say.
 class RowRecorder final : public RowVisitor {
 public:
-    RowRecorder(const Answers& answers, VisitCode ofRows)
-        : RowVisitor({NodeTypeInteger, NodeTypeDouble}), single_(answers), ofRows_(ofRows) {}
+    RowRecorder(const Answers& answers, VisitCode ofRows, SlotRows slotRows)
+        : RowVisitor({NodeTypeInteger, NodeTypeDouble}, slotRows), single_(answers), ofRows_(ofRows) {}
 
     VisitCode VisitIntegers(LeafRow<Integer> row) override { return Note(row); }
     VisitCode VisitDoubles(LeafRow<Double> row) override { return Note(row); }
+    VisitCode VisitSlots(LeafRow<Node> row) override { return Note(row); }
     VisitCode VisitBoolean(Boolean* node) override { return single_.VisitBoolean(node); }
     VisitCode VisitGlobalID(GlobalID* node) override { return single_.VisitGlobalID(node); }
     VisitCode VisitInteger64(Integer64* node) override { return single_.VisitInteger64(node); }
@@ -125,7 +126,7 @@ void RunIterateRows(World& world, Choices& choices) {
     const bool removesRows = choices.Below(4) == 3 && !start->tree->readOnly;
     const VisitCode ofRows = removesRows ? VisitRemove : VisitContinue;
     Answers answers(choices.Below(0x10000));
-    RowRecorder recorder(answers, ofRows);
+    RowRecorder recorder(answers, ofRows, choices.Below(2) == 0 ? SlotRows::OfOneKind : SlotRows::OfAnyKinds);
     std::vector<Shown> shown;
     const auto see = [&](Item& item, bool postOrder) {
         shown.push_back({item.twin, postOrder});

@@ -51,9 +51,10 @@ private:
 /// The same for walks in rows; answers VisitContinue. Every kind that can comes in rows; `rows` tells how many leaves each had.
 class RowRecorder final : public RowVisitor {
 public:
-    RowRecorder()
+    explicit RowRecorder(SlotRows slotRows = SlotRows::OfOneKind)
         : RowVisitor({NodeTypeBoolean, NodeTypeDouble, NodeTypeGlobalID, NodeTypeInteger, NodeTypeInteger64,
-                      NodeTypeString}) {}
+                      NodeTypeString},
+                     slotRows) {}
 
     Recorder single;
     std::vector<int> rows;
@@ -64,6 +65,10 @@ public:
     VisitCode VisitIntegers(LeafRow<Integer> row) override { return Note(row); }
     VisitCode VisitInteger64s(LeafRow<Integer64> row) override { return Note(row); }
     VisitCode VisitStrings(LeafRow<String> row) override { return Note(row); }
+    VisitCode VisitSlots(LeafRow<Node> row) override {
+        EXPECT_EQ(SlotRows::OfAnyKinds, GetSlotRows());
+        return Note(row);
+    }
     VisitCode VisitDoubleSet(DoubleSet* node) override { return single.VisitDoubleSet(node); }
     VisitCode VisitIdSet(IdSet* node) override { return single.VisitIdSet(node); }
     VisitCode VisitIntegerSet(IntegerSet* node) override { return single.VisitIntegerSet(node); }
@@ -75,7 +80,7 @@ private:
     template <class T>
     VisitCode Note(LeafRow<T> row) {
         for (T* const leaf : row) {
-            single.VisitNode(leaf, false, T::StaticType);
+            single.VisitNode(leaf, false, leaf->GetType());
         }
         rows.push_back(row.GetSize());
         return VisitContinue;
@@ -88,9 +93,11 @@ inline std::string Walk(Node* start, int flags = 0, int tag = 0, Recorder::Answe
     Recorder recorder(std::move(answer));
     start->Iterate(&recorder, SemanticTag(tag), flags);
     if (onlyLooks) {
-        RowRecorder inRows;
-        start->IterateRows(&inRows, SemanticTag(tag), flags);
-        EXPECT_EQ(recorder.text, inRows.single.text) << "in rows";
+        for (const SlotRows slotRows : {SlotRows::OfOneKind, SlotRows::OfAnyKinds}) {
+            RowRecorder inRows(slotRows);
+            start->IterateRows(&inRows, SemanticTag(tag), flags);
+            EXPECT_EQ(recorder.text, inRows.single.text) << "in rows";
+        }
     }
     return recorder.text;
 }

@@ -47,8 +47,8 @@ protected:
         start->IterateRows(&visitor, SemanticTagNone, flags);
         return visitor.text;
     }
-    static std::vector<int> RowsOf(Node* start) {
-        RowRecorder recorder;
+    static std::vector<int> RowsOf(Node* start, SlotRows slotRows = SlotRows::OfOneKind) {
+        RowRecorder recorder(slotRows);
         start->IterateRows(&recorder, SemanticTagNone, 0);
         return recorder.rows;
     }
@@ -99,6 +99,80 @@ TEST_F(RowVisitorTest, WhatIsUnlikeOrStandsApartBeginsARow) {
     EXPECT_NE("", Walk(mixed));
 }
 
+TEST_F(RowVisitorTest, InSlotsLeavesOfSeveralKindsCanComeTogether) {
+    Map* const map = NewMap();
+    const auto make = [map](int index, NodeType kind) { return map->NewNode(index, kind); };
+    EXPECT_EQ((std::vector<int>{}), RowsOf(map, SlotRows::OfAnyKinds));
+    make(0, NodeTypeInteger);
+    make(1, NodeTypeString);
+    make(2, NodeTypeDouble);
+    EXPECT_EQ((std::vector<int>{3}), RowsOf(map, SlotRows::OfAnyKinds));
+    make(4, NodeTypeBoolean);
+    make(5, NodeTypeGlobalID);
+    make(7, NodeTypeInteger64);
+    EXPECT_EQ((std::vector<int>{3, 2, 1}), RowsOf(map, SlotRows::OfAnyKinds));
+    make(6, NodeTypeIntegerSet);
+    make(3, NodeTypeVector);
+    EXPECT_EQ((std::vector<int>{3, 2, 1}), RowsOf(map, SlotRows::OfAnyKinds));
+    map->Get(1)->SetTemporality(TemporalityTransient);
+    map->Get(4)->SetTemporality(EnumOrvGenericsTemporality(7));
+    EXPECT_EQ((std::vector<int>{3, 1, 1}), RowsOf(map, SlotRows::OfAnyKinds));
+    // What is not in slots comes by kinds.
+    make(9, NodeTypeInteger);
+    make(10, NodeTypeInteger);
+    make(11, NodeTypeDouble);
+    static_cast<Vector*>(map->Get(3))->Add<Integer>();
+    EXPECT_EQ((std::vector<int>{3, 1, 1, 1, 2, 1}), RowsOf(map, SlotRows::OfAnyKinds));
+    EXPECT_NE("", Walk(map));
+}
+
+/// Takes Integers and Doubles together, and answers the same for every row.
+class SlotsTogether final : public RowVisitor {
+public:
+    explicit SlotsTogether(VisitCode answer)
+        : RowVisitor({NodeTypeInteger, NodeTypeDouble}, SlotRows::OfAnyKinds), answer_(answer) {}
+
+    std::string text;
+
+    VisitCode VisitSlots(LeafRow<Node> row) override {
+        text += "row of " + std::to_string(row.GetSize()) + " ";
+        return answer_;
+    }
+    VisitCode VisitString(String*) override { return Note("text "); }
+    VisitCode VisitVector(Vector*, bool) override { return Note("vector "); }
+
+private:
+    VisitCode Note(const char* what) {
+        text += what;
+        return VisitContinue;
+    }
+
+    VisitCode answer_;
+};
+
+TEST_F(RowVisitorTest, TheAnswerHoldsForAllThatComesTogether) {
+    Map* const map = NewMap();
+    const auto walk = [map](VisitCode answer) {
+        SlotsTogether visitor(answer);
+        map->IterateRows(&visitor, SemanticTagNone, 0);
+        return visitor.text;
+    };
+    Put(map, 0, 1);
+    map->NewNode<Double>(1);
+    map->NewNode<String>(2);
+    Put(map, 3, 2);
+    map->NewNode<Vector>(4);
+    map->NewNode<Double>(5);
+    Put(map, 6, 3);
+    Put(map, 9, 4);
+    EXPECT_EQ("row of 2 text row of 1 vector row of 2 ", walk(VisitContinue));
+    EXPECT_EQ("row of 2 ", walk(VisitStop));
+    EXPECT_EQ("row of 2 text row of 1 vector row of 2 ", walk(VisitRemove));
+    EXPECT_EQ("{2:String 4:[] 9:4}", Show(map));
+    EXPECT_EQ(0, CheckInvariants(root_));
+    EXPECT_EQ("text vector ", walk(VisitRemove));
+}
+
 TEST_F(RowVisitorTest, AKindThatIsNotAskedForInRowsIsShownOneByOne) {
     Map* const map = NewMap();
     Put(map, 0, 5);
@@ -114,9 +188,10 @@ TEST_F(RowVisitorTest, EveryKindThatHoldsOneValueComesInRows) {
                                    NodeTypeInteger, NodeTypeInteger64, NodeTypeString};
     class Silent final : public RowVisitor {
     public:
-        Silent()
+        explicit Silent(SlotRows slotRows)
             : RowVisitor({NodeTypeBoolean, NodeTypeDouble, NodeTypeGlobalID, NodeTypeInteger, NodeTypeInteger64,
-                          NodeTypeString}) {}
+                          NodeTypeString},
+                         slotRows) {}
     };
     Map* const map = NewMap();
     std::vector<int> expected;
@@ -133,10 +208,12 @@ TEST_F(RowVisitorTest, EveryKindThatHoldsOneValueComesInRows) {
     }
     EXPECT_EQ(expected, RowsOf(map));
     EXPECT_NE("", Walk(map));
-    Silent silent;
     const std::string before = Show(map);
-    map->IterateRows(&silent, SemanticTagNone, 0);
-    EXPECT_EQ(before, Show(map));
+    for (const SlotRows slotRows : {SlotRows::OfOneKind, SlotRows::OfAnyKinds}) {
+        Silent silent(slotRows);
+        map->IterateRows(&silent, SemanticTagNone, 0);
+        EXPECT_EQ(before, Show(map));
+    }
 }
 
 TEST_F(RowVisitorTest, SetsComeOneByOne) {
@@ -173,6 +250,7 @@ TEST_F(RowVisitorTest, WithoutOperationsOfItsOwnAVisitorGoesOn) {
         Silent() : RowVisitor({NodeTypeInteger, NodeTypeMap, NodeTypeIntegerSet, NodeType(40), NodeTypeString}) {}
     };
     Silent silent;
+    EXPECT_EQ(SlotRows::OfOneKind, silent.GetSlotRows());
     EXPECT_TRUE(silent.TakesRows(NodeTypeInteger));
     EXPECT_TRUE(silent.TakesRows(NodeTypeString));
     EXPECT_FALSE(silent.TakesRows(NodeTypeDouble));

@@ -245,6 +245,11 @@ private:
             GetGuard().CountEmpty();
         }
     }
+    /// The same for one that is being made in this tree.
+    void NoteEmptyOfNew(ChangeGuard* tree) noexcept {
+        state_.derivedAt = state_.derivedAt | kEmptyBit;
+        tree->CountEmpty();
+    }
     /// This composite, of which nothing is known but that it has just been made, need not be counted as empty.
     void ForgetEmptyOfNew() noexcept {
         state_.derivedAt = state_.derivedAt & ~kEmptyBit;

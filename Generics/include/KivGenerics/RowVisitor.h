@@ -52,6 +52,12 @@ private:
     Node* const* end_;
 };
 
+/// How the leaves in the fixed slots of a map are shown, which are rarely of one kind.
+enum class SlotRows {
+    OfOneKind,  ///< like all others
+    OfAnyKinds,  ///< by VisitSlots
+};
+
 /// Is shown leaves that stand side by side and are alike in one call; for Node::IterateRows.
 ///
 /// Which kinds come in rows it says when it is made; all others are shown one by one, by the operations of Visitor. A walk shows
@@ -65,17 +71,22 @@ public:
     virtual VisitCode VisitIntegers(LeafRow<Integer> row);
     virtual VisitCode VisitInteger64s(LeafRow<Integer64> row);
     virtual VisitCode VisitStrings(LeafRow<String> row);
+    /// Leaves in the fixed slots of a map, each of any of the kinds that come in rows.
+    virtual VisitCode VisitSlots(LeafRow<Node> row);
 
     /// True when leaves of this kind come in rows.
     bool TakesRows(NodeType type) const noexcept { return (kinds_ >> type & 1U) != 0; }
+    /// How the leaves of these kinds come that stand in the fixed slots of a map.
+    SlotRows GetSlotRows() const noexcept { return slotRows_; }
 
 protected:
     /// `kinds`: those that come in rows; one that there is no operation for stays one by one.
-    explicit RowVisitor(std::initializer_list<NodeType> kinds) noexcept;
+    explicit RowVisitor(std::initializer_list<NodeType> kinds, SlotRows slotRows = SlotRows::OfOneKind) noexcept;
     ~RowVisitor() = default;
 
 private:
     std::uint32_t kinds_ = 0;  // as bits by their numbers
+    SlotRows slotRows_;
 };
 
 }  // namespace KivGenerics
