@@ -185,7 +185,9 @@ int CheckAll(const fs::path& folder) {
     Report report(folder);
     report.Compare("dump --all", {"dump", "--all", tree}, {tree});
     // Each conversion reads back what it has written, so that it has to do with two trees. The first run makes the file.
-    for (const auto& [from, to] : {std::pair(tree, text), std::pair(tree, json), std::pair(text, back)}) {
+    for (const auto& step : {std::pair(tree, text), std::pair(tree, json), std::pair(text, back)}) {
+        const fs::path& from = step.first;
+        const fs::path& to = step.second;
         MeasureOnce([&] { return RunTool({"convert", from, to}, folder / "printed"); });
         report.Compare("convert " + from.filename().string() + " " + to.filename().string(),
                        {"convert", "-f", from, to}, {from, to}, to);
