@@ -378,7 +378,7 @@ void CheckWalking(Checks& checks) {
     checks.Expect(tree->FindNodeByKey(u"0:2:1:") == nullptr, "one note is left");
     Map* const measurement = AddMeasurement(GetPerson(tree.Get()), 9, {0.5, 0.25, 8});
     checks.ExpectEqual(ToText(measurement), std::string("Map(tag 1, 4 children)"), "leaves made at once");
-    checks.Expect(AddUp(tree->GetRoot()) == 8.75, "leaves shown in rows");
+    checks.Expect(AddUp(measurement) == 2026 + 11 + 3 + 8.75, "leaves shown in rows");
 }
 
 void CheckKeys(Checks& checks) {
