@@ -52,9 +52,9 @@ void Vector::Renumber(std::size_t from) noexcept {
 }
 
 void Vector::hInsertNode(int index, Node* node) {
+    children_.insert(children_.begin() + index, node);
     NoteChild();
     NodeAccess::Thaw(*node);
-    children_.insert(children_.begin() + index, node);
     node->owner_ = this;
     Renumber(static_cast<std::size_t>(index));
 }

@@ -62,10 +62,10 @@ struct NodeAccess {
     template <class T, class List>
     static T* Append(List& vector, std::uint32_t changes = 1) {
         vector.NeedRoom();
-        vector.NoteChild();
         const auto index = static_cast<int>(vector.children_.size());
         T* const node = GetTree(vector)->template CreateChanged<T>(vector, index, changes);
         if (node != nullptr) {
+            vector.NoteChild();
             vector.Append(node);
         }
         return node;

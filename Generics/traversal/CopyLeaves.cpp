@@ -162,9 +162,9 @@ template <class T>
 bool CopyElements(TreeImpl& tree, Vector& target, Copied& copied, Node*& next) {
     Node* const* place = copied.children.GetTaken();
     Node* const* const end = copied.children.GetRunEnd();
-    NodeAccess::NoteChild(target);
     while (place != end && (*place)->GetType() == T::StaticType) {
         if (const std::size_t count = CopyRun<T>(tree, target, place, end)) {
+            NodeAccess::NoteChild(target);
             place += count;
             continue;
         }

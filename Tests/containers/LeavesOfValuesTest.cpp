@@ -212,6 +212,8 @@ TYPED_TEST(LeavesOfValuesTest, WithoutMemoryTheLeavesMadeSoFarStay) {
                 EXPECT_EQ(0, CheckInvariants(root)) << served;
                 const int made = composite->GetSize(TemporalityTemporary);
                 EXPECT_EQ(failed, made < kLeaves) << served;
+                tree->UpdateDerivedTemporality();
+                EXPECT_EQ(made == 0 ? TemporalityTemporary : TemporalityPersistent, root->GetDerivedTemporality());
                 make(made);
                 Composite* const single = intoMap ? static_cast<Composite*>(this->NewMap()) : this->NewVector();
                 if (intoMap) {
@@ -294,6 +296,16 @@ TEST_F(LeavesOfIntegersTest, AReadOnlyTreeRefuses) {
     EXPECT_TRUE(roomy->IsEmpty());
     EXPECT_TRUE(map->IsEmpty());
     EXPECT_EQ(inUse, tree_->BufferQueryB());
+}
+
+TEST_F(LeavesOfIntegersTest, AVectorThatGotNoneIsStillTemporary) {
+    const auto tree = KivTests::NewTree();
+    auto* const root = static_cast<Vector*>(tree->NewRoot(NodeTypeVector));
+    root->Reserve(10);
+    tree->SetReadOnly();
+    EXPECT_EQ(kReadOnlyText, TextOfAdding(*root));
+    tree->UpdateDerivedTemporality();
+    EXPECT_EQ(TemporalityTemporary, root->GetDerivedTemporality());
 }
 
 TEST_F(LeavesOfIntegersTest, TheOverflowStoreIsMadeForAllThatFollow) {

@@ -10,6 +10,7 @@
 #include <KivGenerics/Vector.h>
 
 #include "core/Invariants.h"
+#include "core/TreeImpl.h"
 #include "support/Kinds.h"
 #include "support/TestBuffer.h"
 #include "support/TestTree.h"
@@ -238,6 +239,45 @@ TEST_F(OutOfMemoryTest, ACopyThatFailsLeavesAUsableTree) {
             }
         }
     }
+}
+
+TEST_F(OutOfMemoryTest, AVectorThatNothingCouldBeCopiedIntoIsStillTemporary) {
+    constexpr int kElements = 20;
+    auto* const original = static_cast<Vector*>(other->NewRoot(NodeTypeVector));
+    for (int i = 0; i < kElements; ++i) {
+        original->Add<Integer>();
+    }
+    int copied = 0;
+    for (int served = 0; copied < kElements; ++served) {
+        const auto fresh = NewTree();
+        auto* const copy = static_cast<Vector*>(fresh->NewRoot(NodeTypeVector));
+        buffers.FailAfter(served, BufferLog::Refusal::Throw);
+        try {
+            copy->Populate(original);
+        } catch (const std::bad_alloc&) {
+            EXPECT_LE(served, kElements);
+        }
+        buffers.Recover();
+        copied = copy->GetSize(TemporalityTemporary);
+        fresh->UpdateDerivedTemporality();
+        EXPECT_EQ(copied == 0 ? TemporalityTemporary : TemporalityPersistent, copy->GetDerivedTemporality()) << served;
+        ASSERT_LT(served, 2 * kElements);
+    }
+}
+
+TEST_F(OutOfMemoryTest, AVectorThatANodeCouldNotBeInsertedIntoIsStillTemporary) {
+    const auto fresh = NewTree();
+    auto* const list = static_cast<Vector*>(fresh->NewRoot(NodeTypeVector));
+    auto* const factory = static_cast<TreeImpl*>(fresh.Get());
+    Node* const free = factory->CreateNode(NodeTypeInteger, *factory, -1, SemanticTagNone);
+    buffers.FailAfter(0, BufferLog::Refusal::Throw);
+    EXPECT_THROW(list->InsertNode(0, free), std::bad_alloc);
+    buffers.Recover();
+    fresh->UpdateDerivedTemporality();
+    EXPECT_EQ(TemporalityTemporary, list->GetDerivedTemporality());
+    list->InsertNode(0, free);
+    fresh->UpdateDerivedTemporality();
+    EXPECT_EQ(TemporalityPersistent, list->GetDerivedTemporality());
 }
 
 TEST_F(OutOfMemoryTest, ATextThatCannotGrowKeepsItsOldValue) {
