@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <sstream>
 
 #include "Failure.h"
@@ -140,6 +141,10 @@ Options ReadOptions(int count, char** arguments) {
     }
     if (options.check && (peers.size() != GetPeers().size() || !workloads.empty())) {
         Fail("--check is about every system and workload: leave out --only and --workload");
+    }
+    // Before anything is measured, which takes long.
+    if (!options.svg.empty() && !std::filesystem::is_directory(options.svg)) {
+        Fail("\"" + options.svg + "\" is no folder that plots can be written into: make it first");
     }
     options.request.workloads = ChooseWorkloads(workloads, unicode);
     options.request.systems = {GetOwn(oneByOne)};
