@@ -3,53 +3,36 @@
 
 #include <filesystem>
 #include <iostream>
-#include <sstream>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include <KivBase/Utf.h>
 #include <KivGenerics/Boolean.h>
 #include <KivGenerics/Children.h>
-#include <KivGenerics/Double.h>
 #include <KivGenerics/Exception.h>
 #include <KivGenerics/Integer.h>
-#include <KivGenerics/IterateFlags.h>
-#include <KivGenerics/Iterator.h>
 #include <KivGenerics/Map.h>
 #include <KivGenerics/NodeCast.h>
-#include <KivGenerics/RowVisitor.h>
 #include <KivGenerics/String.h>
 #include <KivGenerics/ToText.h>
 #include <KivGenerics/Tree.h>
 #include <KivGenerics/Vector.h>
-#include <KivGenerics/VisitorNode.h>
 #include <KivLogRouter/ResourceBundle.h>
 #include <KivStorage/LoadTree.h>
 #include <KivStorage/SaveTree.h>
 #include <KivStorage/UnsavedParts.h>
 
 #include "checks/Checks.h"
+#include "guide/Person.h"
+#include "guide/Walks.h"
 
 namespace {
 
 using namespace KivGenerics;
+using Guide::GetPerson;
+using Guide::MakePerson;
 using GuideChecks::Checks;
 using GuideChecks::TemporaryFile;
-
-// [first-tree]
-KivBase::ReturnPtrI<Tree> MakePerson() {
-    KivBase::ReturnPtrI<Tree> tree = CreateGenericTree(EnumOrvObjectType(0));
-    auto* const root = static_cast<Map*>(tree->NewRoot(NodeTypeMap));
-    auto* const person = static_cast<Map*>(root->NewNode(0, NodeTypeMap));
-    static_cast<String*>(person->NewNode(0, NodeTypeString))->Set(u"Ada Lovelace");
-    static_cast<Integer*>(person->NewNode(1, NodeTypeInteger))->Set(1815);
-    auto* const notes = static_cast<Vector*>(person->NewNode(2, NodeTypeVector));
-    static_cast<String*>(notes->Add(NodeTypeString))->Set(u"first program");
-    static_cast<String*>(notes->Add(NodeTypeString))->Set(u"Bernoulli numbers");
-    return tree;
-}
-// [/first-tree]
 
 // [reading]
 std::string DescribeNotes(Map* person) {
@@ -79,17 +62,6 @@ Vector* WrapInVector(Map* map, int index) {
     return static_cast<Vector*>(map->NewNode(index, NodeTypeVector, true));
 }
 // [/wrapping]
-
-// [leaves-at-once]
-Map* AddMeasurement(Map* map, int index, const std::vector<double>& samples) {
-    static constexpr int kIndexes[] = {0, 1, 5000};
-    static constexpr std::int32_t kHead[] = {2026, 11, 3};
-    Map* const measurement = map->NewNode<Map>(index);
-    measurement->NewLeaves(kIndexes, kHead, 3);
-    measurement->NewNode<Vector>(2)->AddLeaves(samples.data(), static_cast<int>(samples.size()));
-    return measurement;
-}
-// [/leaves-at-once]
 
 // [temporality]
 void AddCaches(Map* person) {
@@ -129,89 +101,6 @@ bool AreSameWhenSaved(Tree* left, Tree* right) {
     return left->GetRoot()->Compare(right->GetRoot(), TemporalityPersistent, true) == 0;
 }
 // [/comparing]
-
-// [visitor]
-class LongestText final : public Visitor {
-public:
-    VisitCode VisitString(String* node) override {
-        if (longest_ == nullptr || node->GetLength() > longest_->GetLength()) {
-            longest_ = node;
-        }
-        return VisitContinue;
-    }
-
-    VisitCode VisitMap(Map* node, bool /*postOrder*/) override {
-        return node->GetSemanticTagNV() == 4110 ? VisitSkipChildren : VisitContinue;
-    }
-
-    String* Get() const { return longest_; }
-
-private:
-    String* longest_ = nullptr;
-};
-
-String* FindLongestText(Tree* tree) {
-    LongestText visitor;
-    tree->GetRoot()->Iterate(&visitor, SemanticTagNone, IterateUpToPersistent);
-    return visitor.Get();
-}
-// [/visitor]
-
-// [removing]
-class RemoveEmptyTexts final : public Visitor {
-public:
-    VisitCode VisitString(String* node) override { return node->GetLength() == 0 ? VisitRemove : VisitContinue; }
-};
-// [/removing]
-
-// [rows]
-class SumOfNumbers final : public RowVisitor {
-public:
-    SumOfNumbers() : RowVisitor({NodeTypeDouble, NodeTypeInteger}, SlotRows::OfAnyKinds) {}
-
-    VisitCode VisitDoubles(LeafRow<Double> row) override {
-        for (const Double* leaf : row) {
-            sum_ += leaf->Get();
-        }
-        return VisitContinue;
-    }
-    VisitCode VisitIntegers(LeafRow<Integer> row) override {
-        for (const Integer* leaf : row) {
-            sum_ += leaf->Get();
-        }
-        return VisitContinue;
-    }
-    VisitCode VisitSlots(LeafRow<Node> row) override {
-        for (const Node* leaf : row) {
-            sum_ += leaf->GetType() == NodeTypeDouble ? static_cast<const Double*>(leaf)->Get()
-                                                      : static_cast<const Integer*>(leaf)->Get();
-        }
-        return VisitContinue;
-    }
-
-    double Get() const { return sum_; }
-
-private:
-    double sum_ = 0;
-};
-
-double AddUp(Node* start) {
-    SumOfNumbers visitor;
-    start->IterateRows(&visitor, SemanticTagNone, 0);
-    return visitor.Get();
-}
-// [/rows]
-
-// [breadth-first]
-std::string ListKinds(Node* start) {
-    std::string kinds;
-    const auto iterator = start->GetIterator();
-    while (iterator->HasNext()) {
-        kinds += std::string(ToText(iterator->Next()->GetType())) + " ";
-    }
-    return kinds;
-}
-// [/breadth-first]
 
 // [keys]
 bool FindsItself(Tree* tree, Node* node) {
@@ -288,31 +177,6 @@ KivBase::ReturnPtrI<Tree> LoadOrExplain(const std::filesystem::path& file) {
 }
 // [/loading]
 
-// [debugging]
-void Print(Node* node, std::ostream& out) {
-    class Printer final : public VisitorNode {
-    public:
-        explicit Printer(std::ostream& out) : out_(out) {}
-
-        VisitCode VisitNode(Node* node, bool /*postOrder*/, NodeType /*type*/) override {
-            KivBase::WString key;
-            node->GetKey(key);
-            out_ << KivBase::ToUtf8(key) << " " << ToText(node) << " " << ToText(node->GetDerivedTemporality()) << "\n";
-            return VisitContinue;
-        }
-
-    private:
-        std::ostream& out_;
-    };
-    Printer printer(out);
-    node->Iterate(&printer, SemanticTagNone, IterateSelf | IterateChildren | IterateDeeper);
-}
-// [/debugging]
-
-Map* GetPerson(Tree* tree) {
-    return node_cast<Map>(tree->FindNodeByKey(u"0:"));
-}
-
 void CheckBuilding(Checks& checks) {
     const auto tree = MakePerson();
     checks.ExpectEqual(DescribeNotes(GetPerson(tree.Get())),
@@ -364,23 +228,6 @@ void CheckCopyAndMerge(Checks& checks) {
     checks.Expect(!AreSameWhenSaved(mine.Get(), theirs.Get()), "comparing");
 }
 
-void CheckWalking(Checks& checks) {
-    const auto tree = MakePerson();
-    checks.ExpectEqual(ToText(FindLongestText(tree.Get())), std::string("\"Bernoulli numbers\""), "the longest text");
-    GetPerson(tree.Get())->SetSemanticTag(SemanticTag(4110));
-    checks.Expect(FindLongestText(tree.Get()) == nullptr, "skipped children");
-    checks.ExpectEqual(ListKinds(tree->GetRoot()), std::string("Map Map String Integer Vector String String "),
-                       "breadth first");
-    node_cast<String>(tree->FindNodeByKey(u"0:2:0:"))->Set(u"");
-    RemoveEmptyTexts visitor;
-    tree->GetRoot()->Iterate(&visitor, SemanticTagNone, 0);
-    checks.ExpectEqual(ToText(tree->FindNodeByKey(u"0:2:0:")), std::string("\"Bernoulli numbers\""), "removing");
-    checks.Expect(tree->FindNodeByKey(u"0:2:1:") == nullptr, "one note is left");
-    Map* const measurement = AddMeasurement(GetPerson(tree.Get()), 9, {0.5, 0.25, 8});
-    checks.ExpectEqual(ToText(measurement), std::string("Map(tag 1, 4 children)"), "leaves made at once");
-    checks.Expect(AddUp(measurement) == 2026 + 11 + 3 + 8.75, "leaves shown in rows");
-}
-
 void CheckKeys(Checks& checks) {
     const auto tree = MakePerson();
     Node* const note = tree->FindNodeByKey(u"0:2:1:");
@@ -411,22 +258,6 @@ void CheckChanges(Checks& checks) {
     checks.Expect(!changes.HasAny(), "a refused change does not count");
 }
 
-void CheckPrinting(Checks& checks) {
-    const auto tree = MakePerson();
-    tree->GetRoot()->Compare(tree->GetRoot(), TemporalityPersistent, true);
-    std::ostringstream out;
-    Print(tree->GetRoot(), out);
-    checks.ExpectEqual(out.str(),
-                       std::string(" Map(tag 1, 1 child) persistent\n"
-                                   "0: Map(tag 1, 3 children) persistent\n"
-                                   "0:0: \"Ada Lovelace\" persistent\n"
-                                   "0:1: 1815 persistent\n"
-                                   "0:2: Vector(2 children) persistent\n"
-                                   "0:2:0: \"first program\" persistent\n"
-                                   "0:2:1: \"Bernoulli numbers\" persistent\n"),
-                       "printing a tree");
-}
-
 }  // namespace
 
 int main() {
@@ -434,10 +265,10 @@ int main() {
     CheckBuilding(checks);
     CheckTemporality(checks);
     CheckCopyAndMerge(checks);
-    CheckWalking(checks);
+    Guide::CheckWalking(checks);
     CheckKeys(checks);
     CheckMemory(checks);
     CheckChanges(checks);
-    CheckPrinting(checks);
+    Guide::CheckPrinting(checks);
     return checks.Finish();
 }

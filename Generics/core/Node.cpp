@@ -29,7 +29,7 @@ SemanticTag Node::GetSemanticTag() const {
 }
 
 EnumOrvGenericsTemporality Node::CalculateDerivedTemporality() {
-    GetGuard().NoteOwnDerived();
+    Guard().NoteOwnDerived();
     return NodeAccess::CalculateLeaf(*this);
 }
 
@@ -74,7 +74,7 @@ void Node::Remove() {
 
 Node* Node::Detach() {
     CheckReadOnly();
-    GetGuard().NoteStray();
+    Guard().NoteStray();
     Composite* const parent = Parent();
     return parent != nullptr ? parent->hDetach(index_) : this;
 }

@@ -15,9 +15,9 @@ namespace KivGenerics {
 
 /// The library's own door to what a node keeps private, for the operations that are not members of one class.
 struct NodeAccess {
-    static TreeImpl* GetTree(const Node& node) noexcept { return static_cast<TreeImpl*>(&node.GetGuard()); }
+    static TreeImpl* GetTree(const Node& node) noexcept { return static_cast<TreeImpl*>(&node.Guard()); }
     static TreeImpl* GetTree(const Composite& composite) noexcept {
-        return static_cast<TreeImpl*>(composite.NodeOwner::GetGuard());
+        return static_cast<TreeImpl*>(composite.GetGuard());
     }
     static Composite* GetParent(const Node& node) noexcept { return node.Parent(); }
 
@@ -103,7 +103,7 @@ struct NodeAccess {
     /// What the tree of `node` must know of the own temporality of new leaves.
     static void NoteTemporalityOfNew(const Node& node, EnumOrvGenericsTemporality t) noexcept {
         if (t != TemporalityDefault && t != TemporalityPersistent) {
-            node.GetGuard().NoteVaried();
+            node.Guard().NoteVaried();
         }
     }
     /// The temporality of a node that leaves the tree, which does not ask for its children any more.
@@ -116,7 +116,7 @@ struct NodeAccess {
     static void ForgetEmpty(Node& node) noexcept {
         if ((node.state_.derivedAt & Node::kEmptyBit) != 0 && !IsFrozen(node)) {
             node.state_.derivedAt = node.GetDerivedRound();
-            node.GetGuard().UncountEmpty();
+            node.Guard().UncountEmpty();
         }
     }
     static void NoteChild(Composite& composite) noexcept { composite.NoteChild(); }
@@ -136,7 +136,7 @@ struct NodeAccess {
     /// A node without a parent comes into its tree.
     static void Thaw(Node& node) noexcept {
         if (IsFrozen(node)) {
-            node.state_.derivedAt = node.GetGuard().GetRound();
+            node.state_.derivedAt = node.Guard().GetRound();
             node.NoteTaken(node.state_.temporality);
         }
     }
@@ -167,11 +167,11 @@ struct NodeAccess {
         return own == TemporalityDefault ? TemporalityPersistent : own;
     }
     static void SetDerived(Node& node, EnumOrvGenericsTemporality t) noexcept {
-        node.GetGuard().NoteOwnDerived();
+        node.Guard().NoteOwnDerived();
         StoreDerived(node, t);
     }
     static void Restamp(Node& node) noexcept {
-        node.state_.derivedAt = (node.state_.derivedAt & Node::kEmptyBit) | node.GetGuard().GetRound();
+        node.state_.derivedAt = (node.state_.derivedAt & Node::kEmptyBit) | node.Guard().GetRound();
     }
     /// SetDerived as part of a whole calculation.
     static void StoreDerived(Node& node, EnumOrvGenericsTemporality t) noexcept { node.StoreDerived(t); }

@@ -21,6 +21,7 @@
 #include "core/TreeImpl.h"
 
 namespace KivGenerics {
+
 // The node may come from another tree of the forest.
 void TreeImpl::Adopt(Node& node, NodeOwner& owner, int index) noexcept {
     NodeAccess::Adopt(node, *this, owner, index);
@@ -36,9 +37,6 @@ Node* NodeSource::Reuse(NodeType type, NodeOwner& owner, int index) noexcept {
 }
 
 inline Map* TreeImpl::ConstructMap(NodeOwner& owner, int index, SemanticTag tag) {
-    if (tag == SemanticTagNone) {
-        return Construct<MapImpl<DefaultMapSlotCount>>(owner, index);
-    }
     switch (GetSlotCountForSemanticTag(tag)) {
         case 1: return Construct<MapImpl<1>>(owner, index);
         case 2: return Construct<MapImpl<2>>(owner, index);
@@ -65,10 +63,10 @@ Map* TreeImpl::CreateMap(NodeOwner& owner, int index, SemanticTag tag) {
     if (tag == SemanticTagNone && !forest_->MayHaveWaitingMaps() && GetBuffer()->CanTake<Default>()) {
         return ::new (GetBuffer()->TakeNext<Default>()) Default(this, owner, index);
     }
-    return CreateMapOfTag(owner, index, tag);
+    return CreateAnyMap(owner, index, tag);
 }
 
-[[gnu::noinline]] Map* TreeImpl::CreateMapOfTag(NodeOwner& owner, int index, SemanticTag tag) {
+[[gnu::noinline]] Map* TreeImpl::CreateAnyMap(NodeOwner& owner, int index, SemanticTag tag) {
     auto* map = static_cast<Map*>(forest_->TakeReusableMap(tag));
     if (map != nullptr) {
         Adopt(*map, owner, index);

@@ -112,7 +112,7 @@ private:
     std::int32_t Save(const ArchiveWriter& out, bool withTransient, int slotFlags);
     std::int32_t Load(ArchiveDecoder& decoder);
     Map* ConstructMap(NodeOwner& owner, int index, SemanticTag tag);
-    Map* CreateMapOfTag(NodeOwner& owner, int index, SemanticTag tag);
+    Map* CreateAnyMap(NodeOwner& owner, int index, SemanticTag tag);
 
     KivSynch::AtomicLong refCount_;
     Node* root_ = nullptr;

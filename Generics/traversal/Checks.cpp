@@ -43,7 +43,7 @@ bool Node::MergeWithChecks(Node* other, bool) {
     const bool agreed = state_.temporality == TemporalityDefault;
     state_.temporality = other->state_.temporality;
     if (state_.temporality != TemporalityPersistent) {
-        GetGuard().NoteVaried();
+        Guard().NoteVaried();
     }
     return agreed;
 }

@@ -57,9 +57,9 @@ protected:
     ~Composite() = default;
 
     /// What makes the nodes of this composite's tree.
-    NodeSource& GetSource() const noexcept { return static_cast<NodeSource&>(*NodeOwner::GetGuard()); }
+    NodeSource& GetSource() const noexcept { return static_cast<NodeSource&>(*GetGuard()); }
     /// The modification guard, by a shorter way.
-    void CheckReadOnly() const { NodeOwner::GetGuard()->CheckReadOnly(); }
+    void CheckReadOnly() const { GetGuard()->CheckReadOnly(); }
 
     /// Throws Exception when `node` is null, this composite or an ancestor of it.
     void CheckAncestor(const Node* node) const;

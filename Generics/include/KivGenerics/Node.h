@@ -30,11 +30,11 @@ public:
     // kept-on-purpose: copies-name-the-source
     // A copy is a free-standing duplicate: it names the source's tree, parent and index, but no parent knows it.
     Node(const Node& other) noexcept : state_(other.state_), index_(other.index_), owner_(other.owner_) {
-        GetGuard().NoteStray();
+        Guard().NoteStray();
     }
     Node& operator=(const Node& other) noexcept {
         if (this != &other) {
-            for (ChangeGuard* const guard : {&GetGuard(), &other.GetGuard()}) {
+            for (ChangeGuard* const guard : {&Guard(), &other.Guard()}) {
                 guard->NoteOwnDerived();
                 guard->NoteStray();
             }
@@ -129,7 +129,7 @@ public:
         state_.temporality = t;
         StoreDerived(TemporalityDefault);
         if (t != TemporalityPersistent) {
-            GetGuard().NoteVaried();
+            Guard().NoteVaried();
         }
     }
     /// True when the derived temporality, as stored, is not above `t`; for visitors.
@@ -150,7 +150,7 @@ protected:
     ~Node() = default;
 
     /// The modification guard: throws ReadOnlyException on a read-only tree, else counts the change.
-    void CheckReadOnly() const { GetGuard().CheckReadOnly(); }
+    void CheckReadOnly() const { Guard().CheckReadOnly(); }
     /// The shared first steps of every MergeWith: guard, argument checks and the reconciliation of the own temporalities.
     /// False when two set temporalities conflict; the other's wins. The flag is not read.
     bool MergeWithChecks(Node* other, bool flag);
@@ -193,7 +193,7 @@ private:
     int GetDerivedRound() const noexcept { return state_.derivedAt & ~kEmptyBit & 0xFF; }
     bool IsDerivedAsStored() const noexcept {
         const int round = GetDerivedRound();
-        return round == kFrozen || round == GetGuard().GetRound();
+        return round == kFrozen || round == Guard().GetRound();
     }
     EnumOrvGenericsTemporality StoredDerived() const noexcept {
         return IsDerivedAsStored() ? static_cast<EnumOrvGenericsTemporality>(int{state_.derived})
@@ -202,16 +202,16 @@ private:
     void StoreDerived(EnumOrvGenericsTemporality t) noexcept {
         state_.derived = t;
         if (GetDerivedRound() != kFrozen) {
-            state_.derivedAt = (state_.derivedAt & kEmptyBit) | GetGuard().GetRound();
+            state_.derivedAt = (state_.derivedAt & kEmptyBit) | Guard().GetRound();
         }
     }
     // Whoever keeps a root that its tree has dropped may fill it again: what comes below it must not take part in the rounds.
     void NoteFirstChild() noexcept {
         if (GetDerivedRound() == kFrozen) {
-            GetGuard().NoteStray();
+            Guard().NoteStray();
         } else {
             state_.derivedAt = state_.derivedAt & ~kEmptyBit;
-            GetGuard().UncountEmpty();
+            Guard().UncountEmpty();
         }
     }
     int GetDefaultIterateFlags(int flags, SemanticTag tag) const noexcept;
@@ -233,7 +233,7 @@ private:
     /// What the tree must know of an own temporality other than TemporalityPersistent.
     void NoteTaken(int t) noexcept {
         if (t != TemporalityDefault) {
-            GetGuard().NoteVaried();
+            Guard().NoteVaried();
         } else if (IsCompositeType(GetType())) {
             NoteEmpty();
         }
@@ -242,7 +242,7 @@ private:
     void NoteEmpty() noexcept {
         if ((state_.derivedAt & kEmptyBit) == 0) {
             state_.derivedAt = state_.derivedAt | kEmptyBit;
-            GetGuard().CountEmpty();
+            Guard().CountEmpty();
         }
     }
     /// The same for one that is being made in this tree.
@@ -253,9 +253,9 @@ private:
     /// This composite, of which nothing is known but that it has just been made, need not be counted as empty.
     void ForgetEmptyOfNew() noexcept {
         state_.derivedAt = state_.derivedAt & ~kEmptyBit;
-        GetGuard().UncountEmpty();
+        Guard().UncountEmpty();
     }
-    ChangeGuard& GetGuard() const noexcept { return *owner_->GetGuard(); }
+    ChangeGuard& Guard() const noexcept { return *owner_->GetGuard(); }
     Composite* Parent() const noexcept;
 
     NodeState state_;
