@@ -2,9 +2,8 @@
 #include <KivGenerics/Double.h>
 #include <KivGenerics/Integer.h>
 #include <KivGenerics/Integer64.h>
-#include <KivGenerics/IterateFlags.h>
-#include <KivGenerics/RowVisitor.h>
 #include <KivGenerics/String.h>
+#include <KivGenerics/WalkNodes.h>
 
 #include "InstructionCounts.h"
 #include "Shapes.h"
@@ -29,56 +28,20 @@ constexpr Form kForms[] = {
     {"nested", FillNested, FillNestedTyped, FillNestedInRuns, 2'500},
 };
 
-class RowSum final : public RowVisitor {
-public:
-    RowSum()
-        : RowVisitor({NodeTypeBoolean, NodeTypeDouble, NodeTypeInteger, NodeTypeInteger64, NodeTypeString},
-                     SlotRows::OfAnyKinds) {}
-
-    VisitCode VisitBooleans(LeafRow<Boolean> row) override {
-        return Add(row, [](const Boolean& leaf) { return leaf.Get() ? 1 : 0; });
-    }
-    VisitCode VisitDoubles(LeafRow<Double> row) override {
-        return Add(row, [](const Double& leaf) { return leaf.Get(); });
-    }
-    VisitCode VisitIntegers(LeafRow<Integer> row) override {
-        return Add(row, [](const Integer& leaf) { return leaf.Get(); });
-    }
-    VisitCode VisitInteger64s(LeafRow<Integer64> row) override {
-        return Add(row, [](const Integer64& leaf) { return leaf.Get(); });
-    }
-    VisitCode VisitStrings(LeafRow<String> row) override {
-        return Add(row, [](const String& leaf) { return leaf.GetLength(); });
-    }
-    VisitCode VisitSlots(LeafRow<Node> row) override { return Add(row, GetNumber); }
+/// A visitor that is known when compiling.
+struct Sum {
+    void operator()(const Boolean& leaf) { sum += leaf.Get() ? 1 : 0; }
+    void operator()(const Double& leaf) { sum += static_cast<std::int64_t>(leaf.Get()); }
+    void operator()(const Integer& leaf) { sum += leaf.Get(); }
+    void operator()(const Integer64& leaf) { sum += leaf.Get(); }
+    void operator()(const String& leaf) { sum += leaf.GetLength(); }
+    void operator()(const Node&) {}
 
     std::int64_t sum = 0;
-
-private:
-    static double GetNumber(const Node& leaf) {
-        switch (leaf.GetType()) {
-            case NodeTypeBoolean: return static_cast<const Boolean&>(leaf).Get() ? 1 : 0;
-            case NodeTypeDouble: return static_cast<const Double&>(leaf).Get();
-            case NodeTypeInteger: return static_cast<const Integer&>(leaf).Get();
-            case NodeTypeInteger64: return static_cast<double>(static_cast<const Integer64&>(leaf).Get());
-            default: return static_cast<double>(static_cast<const String&>(leaf).GetLength());
-        }
-    }
-    template <class T, class Get>
-    VisitCode Add(LeafRow<T> row, Get getNumber) {
-        std::int64_t sumOfRow = 0;
-        for (const T* leaf : row) {
-            sumOfRow += static_cast<std::int64_t>(getNumber(*leaf));
-        }
-        sum += sumOfRow;
-        return VisitContinue;
-    }
 };
 
-void WalkRows(Input& input) {
-    RowSum sum;
-    input.tree->GetRoot()->IterateRows(&sum, SemanticTagNone, IterateSelf | IterateChildren | IterateDeeper);
-    Keep(sum.sum);
+void WalkInline(Input& input) {
+    Keep(WalkNodes(input.tree->GetRoot(), Sum()).sum);
 }
 
 std::function<void(Input&)> Filling(Shape fill, std::size_t size) {
@@ -126,7 +89,7 @@ std::vector<Count> ListTreeCounts() {
         counts.push_back({"build-runs", form.name, getUnits, prepareNothing, Filling(form.fillInRuns, form.size)});
         ListLookupCounts(counts, form.name, fill);
         ListCommonCounts(counts, form.name, fill, getUnits);
-        counts.push_back({"walk-rows", form.name, getUnits, fill, WalkRows});
+        counts.push_back({"walk-inline", form.name, getUnits, fill, WalkInline});
         ListChanges(counts, form, getUnits);
     }
     return counts;

@@ -19,7 +19,7 @@ constexpr const char* kUsage =
     "  --workload NAME,...   these workloads: %s\n"
     "  --unicode FILE        the tree of the Unicode Character Database as the example UnicodeData saves it: workload "
     "W5\n"
-    "  --one-by-one          this library makes and shows one leaf at a time; else those together that come together\n"
+    "  --one-by-one          this library makes one leaf at a time, and its walk calls a visitor; else many at once, and inline\n"
     "  --fresh               with memory fresh from the system; else with a warm heap\n"
     "  --csv FILE            every figure with its quartiles\n"
     "  --markdown FILE       the tables that are printed\n"

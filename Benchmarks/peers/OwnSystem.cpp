@@ -1,7 +1,8 @@
-// This library. Numbers that come together are handed over in arrays, as others fill arrays of objects in place, and leaves
-// that stand side by side are walked over in rows; or, where that is asked for, each is made and shown by itself. The root
-// must be a map to be saved, so every workload's root is one. Loading refuses more than 1,000 levels of composites, whatever
-// the machine's stack: a deeper chain is saved but not loaded.
+// This library. Numbers that come together are handed over in arrays, as others fill arrays of objects in place; the visitor
+// of a walk is compiled with it, as the functions are that go through others; and a field is set through its record. Or, where
+// that is asked for, each number is made by itself and the walk calls a visitor. The root must be a map to be saved, so every
+// workload's root is one. Loading refuses more than 1,000 levels of composites, whatever the machine's stack: a deeper chain is
+// saved but not loaded.
 
 #include <algorithm>
 #include <type_traits>
@@ -18,12 +19,12 @@
 #include <KivGenerics/Map.h>
 #include <KivGenerics/NodeCast.h>
 #include <KivGenerics/ResultCode.h>
-#include <KivGenerics/RowVisitor.h>
 #include <KivGenerics/String.h>
 #include <KivGenerics/StringSet.h>
 #include <KivGenerics/Tree.h>
 #include <KivGenerics/Vector.h>
 #include <KivGenerics/Visitor.h>
+#include <KivGenerics/WalkNodes.h>
 #include <KivStorage/MemoryReadStream.h>
 #include <KivStorage/MemoryWriteStream.h>
 
@@ -118,48 +119,9 @@ private:
     Composite& composite_;
 };
 
-/// What a walk comes to: what no visitor is shown in rows.
-template <class Base>
-class Sums : public Base {
-public:
-    VisitCode VisitIntegerSet(IntegerSet* node) override {
-        return AddElements(node->GetElements(), [](std::int32_t value) { return value; });
-    }
-    VisitCode VisitDoubleSet(DoubleSet* node) override {
-        return AddElements(node->GetElements(), [](double value) { return static_cast<std::int64_t>(value); });
-    }
-    VisitCode VisitStringSet(StringSet* node) override {
-        return AddElements(node->Get(),
-                           [](const KivBase::WString& value) { return static_cast<std::int64_t>(value.size()); });
-    }
-    VisitCode VisitIdSet(IdSet* node) override {
-        return AddElements(node->GetElements(), [](const GUID&) { return std::int64_t{sizeof(GUID)}; });
-    }
-    VisitCode VisitMap(Map*, bool) override { return Add(1, 0); }
-    VisitCode VisitVector(Vector*, bool) override { return Add(1, 0); }
-
-    Seen seen;
-
-protected:
-    using Base::Base;
-
-    VisitCode Add(int nodes, std::int64_t value) {
-        seen.nodes += nodes;
-        seen.sum += value;
-        return VisitContinue;
-    }
-
-private:
-    template <class Elements, class GetNumber>
-    VisitCode AddElements(const Elements& elements, GetNumber getNumber) {
-        std::int64_t sum = 0;
-        for (const auto& element : elements) {
-            sum += getNumber(element);
-        }
-        return Add(1, sum);
-    }
-};
-
+std::int64_t GetNumber(const Composite&) {
+    return 0;
+}
 std::int64_t GetNumber(const Boolean& leaf) {
     return leaf.Get() ? 1 : 0;
 }
@@ -179,6 +141,28 @@ std::int64_t GetNumber(const String& leaf) {
     return static_cast<std::int64_t>(leaf.GetLength());
 }
 
+template <class Elements, class Convert>
+std::int64_t AddUp(const Elements& elements, Convert convert) {
+    std::int64_t sum = 0;
+    for (const auto& element : elements) {
+        sum += convert(element);
+    }
+    return sum;
+}
+
+std::int64_t GetNumber(const DoubleSet& leaf) {
+    return AddUp(leaf.GetElements(), [](double value) { return static_cast<std::int64_t>(value); });
+}
+std::int64_t GetNumber(const IdSet& leaf) {
+    return AddUp(leaf.GetElements(), [](const GUID&) { return std::int64_t{sizeof(GUID)}; });
+}
+std::int64_t GetNumber(const IntegerSet& leaf) {
+    return AddUp(leaf.GetElements(), [](std::int32_t value) { return value; });
+}
+std::int64_t GetNumber(const StringSet& leaf) {
+    return AddUp(leaf.Get(), [](const KivBase::WString& value) { return static_cast<std::int64_t>(value.size()); });
+}
+
 std::int64_t GetValue(const Node* node) {
     switch (node->GetType()) {
         case NodeTypeInteger: return GetNumber(*static_cast<const Integer*>(node));
@@ -191,75 +175,67 @@ std::int64_t GetValue(const Node* node) {
     }
 }
 
-class Sum final : public Sums<Visitor> {
-public:
-    VisitCode VisitBoolean(Boolean* node) override { return Add(1, GetNumber(*node)); }
-    VisitCode VisitDouble(Double* node) override { return Add(1, GetNumber(*node)); }
-    VisitCode VisitGlobalID(GlobalID* node) override { return Add(1, GetNumber(*node)); }
-    VisitCode VisitInteger(Integer* node) override { return Add(1, GetNumber(*node)); }
-    VisitCode VisitInteger64(Integer64* node) override { return Add(1, GetNumber(*node)); }
-    VisitCode VisitString(String* node) override { return Add(1, GetNumber(*node)); }
+/// What a walk comes to, by a visitor that is known when compiling.
+struct Sum {
+    template <class T>
+    void operator()(const T& node) {
+        ++seen.nodes;
+        seen.sum += GetNumber(node);
+    }
+
+    Seen seen;
 };
 
-class RowSum final : public Sums<RowVisitor> {
+/// The same by a visitor that is called for each node.
+class CalledSum final : public Visitor {
 public:
-    RowSum()
-        : Sums({NodeTypeBoolean, NodeTypeDouble, NodeTypeGlobalID, NodeTypeInteger, NodeTypeInteger64, NodeTypeString},
-               SlotRows::OfAnyKinds) {}
+    VisitCode VisitBoolean(Boolean* node) override { return Add(*node); }
+    VisitCode VisitDouble(Double* node) override { return Add(*node); }
+    VisitCode VisitGlobalID(GlobalID* node) override { return Add(*node); }
+    VisitCode VisitInteger(Integer* node) override { return Add(*node); }
+    VisitCode VisitInteger64(Integer64* node) override { return Add(*node); }
+    VisitCode VisitString(String* node) override { return Add(*node); }
+    VisitCode VisitDoubleSet(DoubleSet* node) override { return Add(*node); }
+    VisitCode VisitIdSet(IdSet* node) override { return Add(*node); }
+    VisitCode VisitIntegerSet(IntegerSet* node) override { return Add(*node); }
+    VisitCode VisitStringSet(StringSet* node) override { return Add(*node); }
+    VisitCode VisitMap(Map* node, bool) override { return Add(*node); }
+    VisitCode VisitVector(Vector* node, bool) override { return Add(*node); }
 
-    VisitCode VisitBooleans(LeafRow<Boolean> row) override { return AddRow(row); }
-    VisitCode VisitDoubles(LeafRow<Double> row) override { return AddRow(row); }
-    VisitCode VisitGlobalIDs(LeafRow<GlobalID> row) override { return AddRow(row); }
-    VisitCode VisitIntegers(LeafRow<Integer> row) override { return AddRow(row); }
-    VisitCode VisitInteger64s(LeafRow<Integer64> row) override { return AddRow(row); }
-    VisitCode VisitStrings(LeafRow<String> row) override { return AddRow(row); }
-    VisitCode VisitSlots(LeafRow<Node> row) override {
-        std::int64_t sum = 0;
-        for (const Node* leaf : row) {
-            sum += GetValue(leaf);
-        }
-        return Add(row.GetSize(), sum);
-    }
+    Seen GetSeen() const { return sum_.seen; }
 
 private:
     template <class T>
-    VisitCode AddRow(LeafRow<T> row) {
-        std::int64_t sum = 0;
-        for (const T* leaf : row) {
-            sum += GetNumber(*leaf);
-        }
-        return Add(row.GetSize(), sum);
+    VisitCode Add(const T& node) {
+        sum_(node);
+        return VisitContinue;
     }
+
+    Sum sum_;
 };
 
-template <bool InRuns>
+template <bool Inline>
 Seen WalkTree(const Tree& tree) {
-    constexpr int kAll = IterateSelf | IterateChildren | IterateDeeper;
-    if constexpr (InRuns) {
-        RowSum sum;
-        tree.GetRoot()->IterateRows(&sum, SemanticTagNone, kAll);
-        return sum.seen;
+    if constexpr (Inline) {
+        return WalkNodes(tree.GetRoot(), Sum()).seen;
     } else {
-        Sum sum;
-        tree.GetRoot()->Iterate(&sum, SemanticTagNone, kAll);
-        return sum.seen;
+        CalledSum sum;
+        tree.GetRoot()->Iterate(&sum, SemanticTagNone, IterateSelf | IterateChildren | IterateDeeper);
+        return sum.GetSeen();
     }
 }
 
-void SetValue(Node* node, std::int32_t value) {
-    static_cast<Integer*>(node)->Set(value);
+void SetValue(Map& record, int field, std::int32_t value) {
+    record.Set<Integer>(field, value);
 }
-
-void SetValue(Node* node, std::int64_t value) {
-    static_cast<Integer64*>(node)->Set(value);
+void SetValue(Map& record, int field, std::int64_t value) {
+    record.Set<Integer64>(field, value);
 }
-
-void SetValue(Node* node, double value) {
-    static_cast<Double*>(node)->Set(value);
+void SetValue(Map& record, int field, double value) {
+    record.Set<Double>(field, value);
 }
-
-void SetValue(Node* node, bool value) {
-    static_cast<Boolean*>(node)->Set(value);
+void SetValue(Map& record, int field, bool value) {
+    record.Set<Boolean>(field, value);
 }
 
 using TreeHandle = KivBase::ReturnPtrI<Tree>;
@@ -322,8 +298,8 @@ public:
         const Vector& list = GetList();
         std::int32_t value = 0;
         for (const Place& place : places) {
-            Node* const node = static_cast<Map*>(list.GetNV(place.record))->GetNV(place.field);
-            SetNumberOf(place, value++, [node](auto number) { SetValue(node, number); });
+            Map& record = *static_cast<Map*>(list.GetNV(place.record));
+            SetNumberOf(place, value++, [&](auto number) { SetValue(record, place.field, number); });
         }
     }
 

@@ -37,6 +37,12 @@ Map* AddMeasurement(Map* map, int index, const std::vector<double>& samples) {
 }
 // [/leaves-at-once]
 
+// [set-through-composite]
+void CorrectSample(Map* measurement, int number, double value) {
+    static_cast<Vector*>(measurement->GetNV(2))->Set<Double>(number, value);
+}
+// [/set-through-composite]
+
 Map* GetPerson(Tree* tree) {
     return node_cast<Map>(tree->FindNodeByKey(u"0:"));
 }

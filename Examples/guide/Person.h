@@ -13,5 +13,6 @@ namespace Guide {
 KivBase::ReturnPtrI<KivGenerics::Tree> MakePerson();
 KivGenerics::Map* GetPerson(KivGenerics::Tree* tree);
 KivGenerics::Map* AddMeasurement(KivGenerics::Map* map, int index, const std::vector<double>& samples);
+void CorrectSample(KivGenerics::Map* measurement, int number, double value);
 
 }  // namespace Guide

@@ -10,10 +10,10 @@
 #include <KivGenerics/IterateFlags.h>
 #include <KivGenerics/Iterator.h>
 #include <KivGenerics/NodeCast.h>
-#include <KivGenerics/RowVisitor.h>
 #include <KivGenerics/String.h>
 #include <KivGenerics/ToText.h>
 #include <KivGenerics/VisitorNode.h>
+#include <KivGenerics/WalkNodes.h>
 
 #include "Person.h"
 
@@ -57,43 +57,22 @@ public:
 };
 // [/removing]
 
-// [rows]
-class SumOfNumbers final : public RowVisitor {
-public:
-    SumOfNumbers() : RowVisitor({NodeTypeDouble, NodeTypeInteger}, SlotRows::OfAnyKinds) {}
-
-    VisitCode VisitDoubles(LeafRow<Double> row) override {
-        for (const Double* leaf : row) {
-            sum_ += leaf->Get();
-        }
-        return VisitContinue;
+// [inline-visitor]
+struct SumOfNumbers {
+    void operator()(const Double& leaf) { sum += leaf.Get(); }
+    void operator()(const Integer& leaf) { sum += leaf.Get(); }
+    WalkStep operator()(const Map& map) {
+        return map.GetSemanticTagNV() == 4110 ? WalkStep::SkipChildren : WalkStep::Continue;
     }
-    VisitCode VisitIntegers(LeafRow<Integer> row) override {
-        for (const Integer* leaf : row) {
-            sum_ += leaf->Get();
-        }
-        return VisitContinue;
-    }
-    VisitCode VisitSlots(LeafRow<Node> row) override {
-        for (const Node* leaf : row) {
-            sum_ += leaf->GetType() == NodeTypeDouble ? static_cast<const Double*>(leaf)->Get()
-                                                      : static_cast<const Integer*>(leaf)->Get();
-        }
-        return VisitContinue;
-    }
+    void operator()(const Node& /*other*/) {}
 
-    double Get() const { return sum_; }
-
-private:
-    double sum_ = 0;
+    double sum = 0;
 };
 
 double AddUp(Node* start) {
-    SumOfNumbers visitor;
-    start->IterateRows(&visitor, SemanticTagNone, 0);
-    return visitor.Get();
+    return WalkNodes(start, SumOfNumbers()).sum;
 }
-// [/rows]
+// [/inline-visitor]
 
 // [breadth-first]
 std::string ListKinds(Node* start) {
@@ -143,7 +122,10 @@ void CheckWalking(Checks& checks) {
     checks.Expect(tree->FindNodeByKey(u"0:2:1:") == nullptr, "one note is left");
     Map* const measurement = AddMeasurement(GetPerson(tree.Get()), 9, {0.5, 0.25, 8});
     checks.ExpectEqual(ToText(measurement), std::string("Map(tag 1, 4 children)"), "leaves made at once");
-    checks.Expect(AddUp(measurement) == 2026 + 11 + 3 + 8.75, "leaves shown in rows");
+    checks.Expect(AddUp(measurement) == 2026 + 11 + 3 + 8.75, "a visitor known when compiling");
+    CorrectSample(measurement, 1, 4.5);
+    checks.Expect(AddUp(tree->GetRoot()) == 0, "skipped children");
+    checks.Expect(AddUp(measurement) == 2026 + 11 + 3 + 13, "a leaf set through its vector");
 }
 
 void CheckPrinting(Checks& checks) {

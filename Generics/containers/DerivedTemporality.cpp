@@ -6,6 +6,7 @@
 #include "core/DerivedTemporality.h"
 #include "core/FrameStack.h"
 #include "core/NextChild.h"
+#include "core/NodeAccess.h"
 
 namespace KivGenerics {
 namespace {

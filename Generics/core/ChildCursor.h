@@ -1,31 +1,17 @@
 #pragma once
 
-#include <KivGenerics/Vector.h>
-
-#include "core/MapChildren.h"
-#include "core/NodeAccess.h"
-#include "core/Prefetch.h"
+#include <KivGenerics/ChildRuns.h>
+#include <KivGenerics/Prefetch.h>
 
 namespace KivGenerics {
 
-/// Goes over the children of a composite in index order, whichever of the two kinds it is.
-///
-/// The composite must not lose or gain children meanwhile.
-class ChildCursor {
+/// ChildRuns for operations that pass over some of the children, or go over those of two composites in step.
+class ChildCursor : private ChildRuns {
 public:
     ChildCursor() = default;
-    explicit ChildCursor(Composite& composite) noexcept {
-        if (composite.GetType() == NodeTypeVector) {
-            StartAt(static_cast<Vector&>(composite));
-        } else {
-            StartAt(static_cast<Map&>(composite));
-        }
-    }
+    explicit ChildCursor(const Composite& composite) noexcept : ChildRuns(composite) {}
 
-    /// The next child, or null behind the last.
-    Node* Next() noexcept {
-        return FindNext([](Node*) { return true; });
-    }
+    using ChildRuns::Next;
 
     /// The next child that `isMeant` answers true for, or null behind the last; the others it may deal with.
     template <class IsMeant>
@@ -67,37 +53,6 @@ public:
     Node* const* GetTaken() const noexcept { return next_ - 1; }
     Node* const* GetRunEnd() const noexcept { return end_; }
     void GoOnAt(Node* const* next) noexcept { next_ = next; }
-
-private:
-    bool TakeRun() noexcept {
-        const auto length = beyond_.GetRunLength();
-        if (length == 0) {
-            return false;
-        }
-        next_ = beyond_.GetRunValues();
-        end_ = next_ + length;
-        PrefetchBehind(next_, end_);
-        beyond_.SkipRun();
-        return true;
-    }
-    void StartAt(Vector& vector) noexcept {
-        auto& children = NodeAccess::GetChildren(vector);
-        next_ = children.data();
-        end_ = next_ + children.size();
-    }
-    void StartAt(Map& map) noexcept {
-        const MapChildren children(map);
-        next_ = children.slots;
-        end_ = next_ + children.slotCount;
-        if (children.overflow != nullptr) {
-            beyond_ = children.overflow->begin();
-        }
-    }
-
-    // Children side by side: a vector's or the slots of a map, then those of a chunk of its overflow store after the other.
-    Node* const* next_ = nullptr;
-    Node* const* end_ = nullptr;
-    MapOverflow::Iterator beyond_;
 };
 
 }  // namespace KivGenerics

@@ -2,10 +2,10 @@
 
 #include <cstdint>
 
+#include <KivGenerics/Prefetch.h>
 #include <KivGenerics/Vector.h>
 
 #include "core/MapChildren.h"
-#include "core/Prefetch.h"
 #include "persistence/LeafArchive.h"
 
 namespace KivGenerics {

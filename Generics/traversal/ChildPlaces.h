@@ -3,11 +3,11 @@
 #include <cstddef>
 #include <cstdint>
 
+#include <KivGenerics/Prefetch.h>
 #include <KivGenerics/Vector.h>
 
 #include "core/MapChildren.h"
 #include "core/NodeAccess.h"
-#include "core/Prefetch.h"
 #include "traversal/FoundComposite.h"
 
 namespace KivGenerics {
@@ -35,14 +35,6 @@ public:
         child = elements[at];
         return true;
     }
-    /// The present child and those behind it, which stand side by side up to `end`.
-    Node* const* GetRun(Node* const*& end) const noexcept {
-        const auto& elements = NodeAccess::GetChildren(vector_);
-        end = elements.data() + elements.size();
-        return elements.data() + at_;
-    }
-    /// Makes the child so many behind the present one, which has this index, the present one.
-    void Skip(std::ptrdiff_t count, int) noexcept { at_ += count; }
     /// Removes `child`, the present one.
     void Remove(Node&) {
         vector_.Remove(static_cast<int>(at_));
@@ -98,14 +90,6 @@ public:
         }
         *this = GetBehind(*this);
         return First(child);
-    }
-    Node* const* GetRun(Node* const*& end) const noexcept {
-        end = end_;
-        return values_;
-    }
-    void Skip(std::ptrdiff_t count, int index) noexcept {
-        values_ += count;
-        key_ = index;
     }
     static void Remove(Node& child) { child.Remove(); }
 

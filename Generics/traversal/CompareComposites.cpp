@@ -10,12 +10,12 @@
 #include <KivGenerics/GlobalID.h>
 #include <KivGenerics/Integer.h>
 #include <KivGenerics/Integer64.h>
+#include <KivGenerics/Prefetch.h>
 #include <KivGenerics/String.h>
 
 #include "core/ChildCursor.h"
 #include "core/FrameStack.h"
 #include "core/LeafKinds.h"
-#include "core/Prefetch.h"
 #include "core/Raise.h"
 #include "core/TextUnits.h"
 #include "core/Texts.h"

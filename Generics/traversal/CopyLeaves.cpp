@@ -4,10 +4,11 @@
 #include <cstddef>
 #include <cstdint>
 
+#include <KivGenerics/Prefetch.h>
+
 #include "core/LeafKinds.h"
 #include "core/LeafRun.h"
 #include "core/Likeness.h"
-#include "core/Prefetch.h"
 #include "core/Raise.h"
 #include "core/TextUnits.h"
 #include "core/Texts.h"

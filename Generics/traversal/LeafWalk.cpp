@@ -1,14 +1,18 @@
 // A leaf's step of a walk, and its single visit.
 
+#include <KivGenerics/IterateFlags.h>
+
+#include "core/NodeAccess.h"
 #include "traversal/ShowLeaf.h"
-#include "traversal/WalkFlags.h"
 
 namespace KivGenerics {
 namespace {
 
 template <class T>
 VisitCode WalkLeaf(T& leaf, Visitor& visitor, int flags) {
-    return IsLeafShown(leaf, flags) ? ShowLeaf(visitor, leaf) : VisitContinue;
+    constexpr int kNeeded = IterateSelf | 1 << (T::StaticType - 1);
+    const bool isShown = (flags & kNeeded) == kNeeded && NodeAccess::Sees(flags, leaf.GetTemporality());
+    return isShown ? ShowLeaf(visitor, leaf) : VisitContinue;
 }
 
 }  // namespace

@@ -5,16 +5,10 @@
 
 namespace KivGenerics {
 
-template <class Shown>
-FoundComposite WalkLeavesOfVector(Shown& visitor, const WalkLevel& level, Vector& vector, std::ptrdiff_t at,
+FoundComposite WalkLeavesOfVector(Visitor& visitor, const WalkLevel& level, Vector& vector, std::ptrdiff_t at,
                                   Node* leaf) {
     VectorPlaces places(vector, at);
     return LeafRows(visitor, level, places).WalkToComposite(leaf);
 }
-
-template FoundComposite WalkLeavesOfVector(Visitor& visitor, const WalkLevel& level, Vector& vector, std::ptrdiff_t at,
-                                           Node* leaf);
-template FoundComposite WalkLeavesOfVector(RowVisitor& visitor, const WalkLevel& level, Vector& vector,
-                                           std::ptrdiff_t at, Node* leaf);
 
 }  // namespace KivGenerics

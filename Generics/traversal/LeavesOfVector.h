@@ -7,10 +7,8 @@
 
 namespace KivGenerics {
 
-/// Walks over the leaves of a vector from `leaf`, which stands at `at`, on: up to a composite or to the end. The
-/// visitor is a Visitor or a RowVisitor.
-template <class Shown>
-FoundComposite WalkLeavesOfVector(Shown& visitor, const WalkLevel& level, Vector& vector, std::ptrdiff_t at,
+/// Walks over the leaves of a vector from `leaf`, which stands at `at`, on: up to a composite or to the end.
+FoundComposite WalkLeavesOfVector(Visitor& visitor, const WalkLevel& level, Vector& vector, std::ptrdiff_t at,
                                   Node* leaf);
 
 }  // namespace KivGenerics

@@ -4,7 +4,6 @@
 #include <KivGenerics/Vector.h>
 
 #include "core/MapChildren.h"
-#include "traversal/ShowLeaf.h"
 #include "traversal/WalkComposite.h"
 #include "traversal/WalkFlags.h"
 
@@ -45,26 +44,6 @@ void Node::Iterate(Visitor* visitor, SemanticTag tag, int flags) {
         return;
     }
     if (IterateInner(visitor, tag, GetDefaultIterateFlags(flags, tag)) == VisitRemove) {
-        Remove();
-    }
-}
-
-void Node::IterateRows(RowVisitor* visitor, SemanticTag tag, int flags) {
-    if (visitor == nullptr) {
-        return;
-    }
-    flags = GetDefaultIterateFlags(flags, tag);
-    const NodeType type = GetType();
-    VisitCode answer = VisitContinue;
-    if (IsCompositeType(type)) {
-        answer = WalkComposite(static_cast<Composite&>(*this), *visitor, tag, flags);
-    } else if (!visitor->TakesRows(type)) {
-        answer = IterateInner(visitor, tag, flags);
-    } else if (IsLeafShown(*this, flags)) {
-        Node* const self = this;
-        answer = ShowRow(*visitor, type, &self, &self + 1);
-    }
-    if (answer == VisitRemove) {
         Remove();
     }
 }

@@ -10,8 +10,8 @@
 #include <new>
 
 #include <KivGenerics/Map.h>
+#include <KivGenerics/Prefetch.h>
 
-#include "core/Prefetch.h"
 #include "traversal/ChildPlaces.h"
 #include "traversal/FoundComposite.h"
 #include "traversal/LeavesOfMap.h"
@@ -23,10 +23,10 @@ namespace KivGenerics {
 namespace {
 
 /// Most walks are plain, as WalkTask has it, and need not ask for what the others ask for at every composite.
-template <bool IsPlain, class Shown>
+template <bool IsPlain>
 class Walker {
 public:
-    Walker(const WalkTask& task, Shown& visitor) noexcept : task_(task), visitor_(visitor) {}
+    Walker(const WalkTask& task, Visitor& visitor) noexcept : task_(task), visitor_(visitor) {}
 
     VisitCode Run(Composite& top, const WalkLevel& level);
 
@@ -174,13 +174,13 @@ private:
     }
 
     const WalkTask task_;
-    Shown& visitor_;
+    Visitor& visitor_;
     alignas(WalkFrame) unsigned char frames_[kFrames * sizeof(WalkFrame)];
 };
 
 /// Walks over a composite as IterateInner does.
-template <bool IsPlain, class Shown>
-VisitCode Walker<IsPlain, Shown>::Run(Composite& top, const WalkLevel& topLevel) {
+template <bool IsPlain>
+VisitCode Walker<IsPlain>::Run(Composite& top, const WalkLevel& topLevel) {
     WalkFrame* const limit = GetFirst() + kFrames;
     WalkFrame* end = GetFirst();
     Composite* child = &top;
@@ -210,15 +210,11 @@ VisitCode Walker<IsPlain, Shown>::Run(Composite& top, const WalkLevel& topLevel)
 
 }  // namespace
 
-template <class Shown>
-VisitCode WalkComposite(Composite& top, Shown& visitor, SemanticTag tag, int flags) {
+VisitCode WalkComposite(Composite& top, Visitor& visitor, SemanticTag tag, int flags) {
     const WalkTask task(tag, flags);
     const WalkLevels levels(task, flags);
-    return task.IsPlain(flags) ? Walker<true, Shown>(task, visitor).Run(top, levels.GetStart())
-                               : Walker<false, Shown>(task, visitor).Run(top, levels.GetStart());
+    return task.IsPlain(flags) ? Walker<true>(task, visitor).Run(top, levels.GetStart())
+                               : Walker<false>(task, visitor).Run(top, levels.GetStart());
 }
-
-template VisitCode WalkComposite(Composite& top, Visitor& visitor, SemanticTag tag, int flags);
-template VisitCode WalkComposite(Composite& top, RowVisitor& visitor, SemanticTag tag, int flags);
 
 }  // namespace KivGenerics

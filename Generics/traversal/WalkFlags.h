@@ -15,12 +15,6 @@ inline bool MayEnter(const Composite& composite, int flags) noexcept {
     return (flags & kUpToBits) == 0 || NodeAccess::Sees(flags, NodeAccess::GetStoredDerived(composite));
 }
 
-/// True when a walk that begins at a leaf shows it.
-inline bool IsLeafShown(const Node& leaf, int flags) noexcept {
-    const int needed = IterateSelf | 1 << (leaf.GetType() - 1);
-    return (flags & needed) == needed && NodeAccess::Sees(flags, leaf.GetTemporality());
-}
-
 /// The flags for the children: what stood for the children now stands for the node itself, what stood for the deeper levels
 /// for its children.
 constexpr int GetChildFlags(int flags) noexcept {

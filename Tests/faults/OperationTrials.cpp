@@ -9,9 +9,9 @@
 #include <KivCOMShared/COrvWriteArchive.h>
 #include <KivGenerics/Boolean.h>
 #include <KivGenerics/Iterator.h>
-#include <KivGenerics/RowVisitor.h>
 #include <KivGenerics/ToText.h>
 #include <KivGenerics/VisitorNode.h>
+#include <KivGenerics/WalkNodes.h>
 #include <KivStorage/MemoryReadStream.h>
 #include <KivStorage/MemoryWriteStream.h>
 #include <KivStorage/SizeTotals.h>
@@ -38,10 +38,6 @@ public:
 };
 
 class Nobody final : public VisitorNode {};
-class NobodyInRows final : public RowVisitor {
-public:
-    NobodyInRows() : RowVisitor({NodeTypeInteger, NodeTypeString}) {}
-};
 
 /// An operation on the node with this key, and on the one with the same key in the other tree.
 template <class T, class Operation>
@@ -116,11 +112,7 @@ const NodeOperation kNodeOperations[] = {
          Nobody visitor;
          node.Iterate(&visitor, SemanticTagNone, 0);
      }},
-    {"IterateRows",
-     [](Node& node, Node&) {
-         NobodyInRows visitor;
-         node.IterateRows(&visitor, SemanticTagNone, 0);
-     }},
+    {"WalkNodes", [](Node& node, Node&) { WalkNodes(&node, [](const Node&) {}); }},
     {"SetTemporality", [](Node& node, Node&) { node.SetTemporality(TemporalityTransient); }},
     {"GetType", [](Node& node, Node&) { node.GetType(); }},
     {"GetIndex", [](Node& node, Node&) { node.GetIndex(); }},
@@ -263,6 +255,7 @@ std::vector<Trial> TrialsOfComposites() {
         "Vector::AddLeaves", u"2:",
         [](Vector& node, Vector&) { node.AddLeaves(kManyNumbers.data(), static_cast<int>(kManyNumbers.size())); },
         Promise::TreeUsable));
+    trials.push_back(On<Vector>("Vector::Set", u"2:", [](Vector& node, Vector&) { node.Set<Integer>(0, 77); }));
     const auto addToMap = [&](const char* name, void (*operation)(Map&, Map&), Promise promise = Promise::TreeAsItWas) {
         trials.push_back(On<Map>(name, u"0:", operation, promise));
     };
@@ -275,6 +268,7 @@ std::vector<Trial> TrialsOfComposites() {
         },
         Promise::TreeUsable);
     addToMap("Map::NewNode", [](Map& node, Map&) { node.NewNode(99, NodeTypeString); });
+    addToMap("Map::Set", [](Map& node, Map&) { node.Set<Integer>(0, 77); });
     addToMap("Map::SetSemanticTag", [](Map& node, Map&) { node.SetSemanticTag(SemanticTag(4)); });
     addToMap("Map::GetSemanticTag", [](Map& node, Map&) { node.GetSemanticTag(); });
     addToMap("Map::GetSemanticTagNV", [](Map& node, Map&) { node.GetSemanticTagNV(); });

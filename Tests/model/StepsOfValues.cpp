@@ -8,8 +8,10 @@
 #include <KivGenerics/Integer.h>
 #include <KivGenerics/Integer64.h>
 #include <KivGenerics/IntegerSet.h>
+#include <KivGenerics/Map.h>
 #include <KivGenerics/String.h>
 #include <KivGenerics/StringSet.h>
+#include <KivGenerics/Vector.h>
 
 #include "model/Steps.h"
 
@@ -24,13 +26,29 @@ double AnyDouble(Choices& choices, bool withNaN) {
     return choice == 7 ? (withNaN ? std::nan("") : 3.0) : kNumbers[choice];
 }
 
+template <class Set, class Kept>
+void SetBothBy(World& world, Item& item, Set set, const Kept& kept) {
+    world.Both(set, [&] {
+        Guard(*item.tree);
+        item.value = kept;
+    });
+}
+
 template <class Class, class Given, class Kept>
 void SetBoth(World& world, Item& item, const Given& given, const Kept& kept) {
-    world.Both([&] { static_cast<Class*>(item.twin)->Set(given); },
-               [&] {
-                   Guard(*item.tree);
-                   item.value = kept;
-               });
+    SetBothBy(world, item, [&] { static_cast<Class*>(item.twin)->Set(given); }, kept);
+}
+
+/// The same, or through the composite that the leaf stands in.
+template <class Class, class Given, class Kept>
+void SetBothAnyhow(World& world, Choices& choices, Item& item, const Given& given, const Kept& kept) {
+    if (item.parent == nullptr || choices.Below(2) == 0) {
+        SetBoth<Class>(world, item, given, kept);
+    } else if (item.parent->type == NodeTypeMap) {
+        SetBothBy(world, item, [&] { static_cast<Map*>(item.parent->twin)->Set<Class>(item.index, given); }, kept);
+    } else {
+        SetBothBy(world, item, [&] { static_cast<Vector*>(item.parent->twin)->Set<Class>(item.index, given); }, kept);
+    }
 }
 
 void SetText(World& world, Item& item, Choices& choices) {
@@ -104,24 +122,24 @@ void RunSet(World& world, Choices& choices) {
     switch (item->type) {
         case NodeTypeInteger: {
             const std::int32_t number = choices.AnyNumber();
-            return SetBoth<Integer>(world, *item, number, number);
+            return SetBothAnyhow<Integer>(world, choices, *item, number, number);
         }
         case NodeTypeInteger64: {
             const auto number =
                 static_cast<std::int64_t>(static_cast<std::uint64_t>(choices.AnyNumber()) * 0x100000001U);
-            return SetBoth<Integer64>(world, *item, number, number);
+            return SetBothAnyhow<Integer64>(world, choices, *item, number, number);
         }
         case NodeTypeBoolean: {
             const bool value = choices.Below(2) == 1;
-            return SetBoth<Boolean>(world, *item, value, value);
+            return SetBothAnyhow<Boolean>(world, choices, *item, value, value);
         }
         case NodeTypeDouble: {
             const double number = AnyDouble(choices, true);
-            return SetBoth<Double>(world, *item, number, number);
+            return SetBothAnyhow<Double>(world, choices, *item, number, number);
         }
         case NodeTypeGlobalID: {
             const Id id = choices.AnyId();
-            return SetBoth<GlobalID>(world, *item, ToLibrary(id), id);
+            return SetBothAnyhow<GlobalID>(world, choices, *item, ToLibrary(id), id);
         }
         case NodeTypeString: return SetText(world, *item, choices);
         case NodeTypeIntegerSet: return ChangeSet<IntegerSet, std::int32_t>(*item, choices, choices.AnyNumber());

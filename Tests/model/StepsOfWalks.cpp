@@ -1,8 +1,6 @@
-#include <KivGenerics/Double.h>
-#include <KivGenerics/Integer.h>
 #include <KivGenerics/Iterator.h>
-#include <KivGenerics/RowVisitor.h>
 #include <KivGenerics/VisitorNode.h>
+#include <KivGenerics/WalkNodes.h>
 
 #include "model/Steps.h"
 
@@ -38,10 +36,9 @@ class Recorder final : public VisitorNode {
 public:
     explicit Recorder(const Answers& answers) : answers_(answers) {}
     VisitCode VisitNode(Node* node, bool postOrder, NodeType) override {
-        Note(node, postOrder);
+        shown_.push_back({node, postOrder});
         return answers_.Next();
     }
-    void Note(const Node* node, bool postOrder = false) { shown_.push_back({node, postOrder}); }
     const std::vector<Shown>& GetShown() const { return shown_; }
 
 private:
@@ -76,65 +73,48 @@ void RunIterate(World& world, Choices& choices) {
     Expect(recorder.GetShown() == shown, "what a walk shows");
 }
 
-bool ComesInRows(NodeType type) {
-    return type == NodeTypeInteger || type == NodeTypeDouble;
+WalkStep ToStep(VisitCode code) {
+    return code == VisitStop ? WalkStep::Stop
+                             : (code == VisitSkipChildren ? WalkStep::SkipChildren : WalkStep::Continue);
 }
 
-/// Gives every row the same answer, and all else what the answers say.
-class RowRecorder final : public RowVisitor {
-public:
-    RowRecorder(const Answers& answers, VisitCode ofRows, SlotRows slotRows)
-        : RowVisitor({NodeTypeInteger, NodeTypeDouble}, slotRows), single_(answers), ofRows_(ofRows) {}
-
-    VisitCode VisitIntegers(LeafRow<Integer> row) override { return Note(row); }
-    VisitCode VisitDoubles(LeafRow<Double> row) override { return Note(row); }
-    VisitCode VisitSlots(LeafRow<Node> row) override { return Note(row); }
-    VisitCode VisitBoolean(Boolean* node) override { return single_.VisitBoolean(node); }
-    VisitCode VisitGlobalID(GlobalID* node) override { return single_.VisitGlobalID(node); }
-    VisitCode VisitInteger64(Integer64* node) override { return single_.VisitInteger64(node); }
-    VisitCode VisitString(String* node) override { return single_.VisitString(node); }
-    VisitCode VisitDoubleSet(DoubleSet* node) override { return single_.VisitDoubleSet(node); }
-    VisitCode VisitIdSet(IdSet* node) override { return single_.VisitIdSet(node); }
-    VisitCode VisitIntegerSet(IntegerSet* node) override { return single_.VisitIntegerSet(node); }
-    VisitCode VisitStringSet(StringSet* node) override { return single_.VisitStringSet(node); }
-    VisitCode VisitMap(Map* node, bool postOrder) override { return single_.VisitMap(node, postOrder); }
-    VisitCode VisitVector(Vector* node, bool postOrder) override { return single_.VisitVector(node, postOrder); }
-
-    const std::vector<Shown>& GetShown() const { return single_.GetShown(); }
-
-private:
-    template <class T>
-    VisitCode Note(LeafRow<T> row) {
-        for (T* const leaf : row) {
-            single_.Note(leaf);
+/// Shows an item and all below it, whatever their temporalities. False when the walk has been stopped.
+template <class See>
+bool ShowAll(Item& item, See& see) {
+    const WalkStep step = see(item);
+    if (step == WalkStep::Continue) {
+        for (Item* child = FindAfter(item, -1); child != nullptr; child = FindAfter(item, child->index)) {
+            if (!ShowAll(*child, see)) {
+                return false;
+            }
         }
-        return ofRows_;
     }
+    return step != WalkStep::Stop;
+}
 
-    Recorder single_;
-    VisitCode ofRows_;
-};
-
-void RunIterateRows(World& world, Choices& choices) {
+void RunWalkNodes(World& world, Choices& choices) {
     Item* const start = choices.AnyItem();
     if (start == nullptr) {
         return;
     }
-    const unsigned flags = AnyFlags(choices);
-    const SemanticTag tag = choices.Below(3) == 2 ? choices.AnyTag() : SemanticTagNone;
-    // A read-only tree refuses the first removal: of a row all leaves have been shown by then, of leaves one by one the first.
-    const bool removesRows = choices.Below(4) == 3 && !start->tree->readOnly;
-    const VisitCode ofRows = removesRows ? VisitRemove : VisitContinue;
-    Answers answers(choices.Below(0x10000));
-    RowRecorder recorder(answers, ofRows, choices.Below(2) == 0 ? SlotRows::OfOneKind : SlotRows::OfAnyKinds);
-    std::vector<Shown> shown;
-    const auto see = [&](Item& item, bool postOrder) {
-        shown.push_back({item.twin, postOrder});
-        return ComesInRows(item.type) ? ofRows : answers.Next();
-    };
-    world.Both([&] { start->twin->IterateRows(&recorder, tag, static_cast<int>(flags)); },
-               [&] { Iterate(*start, see, tag, flags); });
-    Expect(recorder.GetShown() == shown, "what a walk in rows shows");
+    const Answers answers(choices.Below(0x10000));
+    std::vector<const Node*> shown;
+    std::vector<const Node*> expected;
+    world.Both(
+        [&] {
+            WalkNodes(start->twin, [&, own = answers](const Node& node) mutable {
+                shown.push_back(&node);
+                return ToStep(own.Next());
+            });
+        },
+        [&] {
+            auto see = [&, own = answers](Item& item) mutable {
+                expected.push_back(item.twin);
+                return ToStep(own.Next());
+            };
+            ShowAll(*start, see);
+        });
+    Expect(shown == expected, "what a walk with a visitor known when compiling shows");
 }
 
 void RunGetIterator(World& world, Choices& choices) {
@@ -185,7 +165,7 @@ void RunVisit(World&, Choices& choices) {
 
 const std::vector<Operation> kWalkOperations = {
     {"Iterate", 10, RunIterate},
-    {"IterateRows", 6, RunIterateRows},
+    {"WalkNodes", 6, RunWalkNodes},
     {"GetIterator", 4, RunGetIterator},
     {"Visit", 4, RunVisit},
 };

@@ -26,7 +26,6 @@ class Iterator;
 class Map;
 class Node;
 class NodeSource;
-class RowVisitor;
 class String;
 class StringSet;
 class Tree;

@@ -137,8 +137,6 @@ public:
     /// Walks this node and what is below it depth first and shows to the visitor what `flags` (IterateFlags.h) admit;
     /// with a tag other than 0 and 1 only maps of that tag. Does nothing without a visitor.
     void Iterate(Visitor* visitor, SemanticTag tag, int flags);
-    /// The same walk for a visitor that is shown leaves in rows.
-    void IterateRows(RowVisitor* visitor, SemanticTag tag, int flags);
 
 protected:
     Node(ChangeGuard* tree, NodeType type) noexcept : Node(tree, *tree, -1, type) {}
