@@ -45,7 +45,7 @@ private:
         const Item& item = items_[next++];
         const auto fill = [this, &item, &next](auto& inner) {
             for (int i = 0; i < item.size; ++i) {
-                ReplayItem(inner, next);
+                this->ReplayItem(inner, next);
             }
         };
         const auto place = static_cast<std::size_t>(item.value);
