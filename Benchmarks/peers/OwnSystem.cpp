@@ -1,5 +1,5 @@
 // This library. Numbers that come together are handed over in arrays, as others fill arrays of objects in place; the visitor
-// of a walk is compiled with it, as the functions are that go through others; and a field is set through its record. Or, where
+// of a walk is compiled with it, as the functions are that go through others; and fields are set by a LeafSetter. Or, where
 // that is asked for, each number is made by itself and the walk calls a visitor. The root must be a map to be saved, so every
 // workload's root is one. Loading refuses more than 1,000 levels of composites, whatever the machine's stack: a deeper chain is
 // saved but not loaded.
@@ -16,6 +16,7 @@
 #include <KivGenerics/Integer64.h>
 #include <KivGenerics/IntegerSet.h>
 #include <KivGenerics/IterateFlags.h>
+#include <KivGenerics/LeafSetter.h>
 #include <KivGenerics/Map.h>
 #include <KivGenerics/NodeCast.h>
 #include <KivGenerics/ResultCode.h>
@@ -225,17 +226,17 @@ Seen WalkTree(const Tree& tree) {
     }
 }
 
-void SetValue(Map& record, int field, std::int32_t value) {
-    record.Set<Integer>(field, value);
+void SetValue(LeafSetter& setter, const Map& record, int field, std::int32_t value) {
+    setter.Set<Integer>(record, field, value);
 }
-void SetValue(Map& record, int field, std::int64_t value) {
-    record.Set<Integer64>(field, value);
+void SetValue(LeafSetter& setter, const Map& record, int field, std::int64_t value) {
+    setter.Set<Integer64>(record, field, value);
 }
-void SetValue(Map& record, int field, double value) {
-    record.Set<Double>(field, value);
+void SetValue(LeafSetter& setter, const Map& record, int field, double value) {
+    setter.Set<Double>(record, field, value);
 }
-void SetValue(Map& record, int field, bool value) {
-    record.Set<Boolean>(field, value);
+void SetValue(LeafSetter& setter, const Map& record, int field, bool value) {
+    setter.Set<Boolean>(record, field, value);
 }
 
 using TreeHandle = KivBase::ReturnPtrI<Tree>;
@@ -296,10 +297,11 @@ public:
 
     void Set(const std::vector<Place>& places) override {
         const Vector& list = GetList();
+        LeafSetter setter(list);
         std::int32_t value = 0;
         for (const Place& place : places) {
-            Map& record = *static_cast<Map*>(list.GetNV(place.record));
-            SetNumberOf(place, value++, [&](auto number) { SetValue(record, place.field, number); });
+            const Map& record = *static_cast<Map*>(list.GetNV(place.record));
+            SetNumberOf(place, value++, [&](auto number) { SetValue(setter, record, place.field, number); });
         }
     }
 

@@ -4,6 +4,7 @@
 
 #include <KivGenerics/Double.h>
 #include <KivGenerics/Integer.h>
+#include <KivGenerics/LeafSetter.h>
 #include <KivGenerics/NodeCast.h>
 #include <KivGenerics/String.h>
 #include <KivGenerics/Vector.h>
@@ -37,11 +38,15 @@ Map* AddMeasurement(Map* map, int index, const std::vector<double>& samples) {
 }
 // [/leaves-at-once]
 
-// [set-through-composite]
-void CorrectSample(Map* measurement, int number, double value) {
-    static_cast<Vector*>(measurement->GetNV(2))->Set<Double>(number, value);
+// [many-sets]
+void CorrectSamples(Map* measurement, const std::map<int, double>& values) {
+    const Vector& samples = *static_cast<Vector*>(measurement->GetNV(2));
+    LeafSetter setter(samples);
+    for (const auto& [number, value] : values) {
+        setter.Set<Double>(samples, number, value);
+    }
 }
-// [/set-through-composite]
+// [/many-sets]
 
 Map* GetPerson(Tree* tree) {
     return node_cast<Map>(tree->FindNodeByKey(u"0:"));

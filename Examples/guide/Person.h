@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <vector>
 
 #include <KivBase/ReturnPtrI.h>
@@ -13,6 +14,6 @@ namespace Guide {
 KivBase::ReturnPtrI<KivGenerics::Tree> MakePerson();
 KivGenerics::Map* GetPerson(KivGenerics::Tree* tree);
 KivGenerics::Map* AddMeasurement(KivGenerics::Map* map, int index, const std::vector<double>& samples);
-void CorrectSample(KivGenerics::Map* measurement, int number, double value);
+void CorrectSamples(KivGenerics::Map* measurement, const std::map<int, double>& values);
 
 }  // namespace Guide

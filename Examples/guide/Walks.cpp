@@ -123,7 +123,7 @@ void CheckWalking(Checks& checks) {
     Map* const measurement = AddMeasurement(GetPerson(tree.Get()), 9, {0.5, 0.25, 8});
     checks.ExpectEqual(ToText(measurement), std::string("Map(tag 1, 4 children)"), "leaves made at once");
     checks.Expect(AddUp(measurement) == 2026 + 11 + 3 + 8.75, "a visitor known when compiling");
-    CorrectSample(measurement, 1, 4.5);
+    CorrectSamples(measurement, {{1, 4.5}});
     checks.Expect(AddUp(tree->GetRoot()) == 0, "skipped children");
     checks.Expect(AddUp(measurement) == 2026 + 11 + 3 + 13, "a leaf set through its vector");
 }

@@ -1,4 +1,4 @@
-// Children made and set where their kind is known when compiling: Vector::Add<T>, Map::NewNode<T>, and Set<T> of both.
+// Children made where their kind is known when compiling: Vector::Add<T> and Map::NewNode<T>.
 
 #include <vector>
 
@@ -214,54 +214,6 @@ TEST_F(KnownKindTest, AReadOnlyTreeRefusesBeyondTheSlotsHoweverFullTheStoreIs) {
         EXPECT_EQ(inUse, tree->BufferQueryB()) << children;
         EXPECT_EQ(children, map->GetSize(TemporalityTemporary));
     }
-}
-
-/// Sets a leaf in both ways: they must count the same changes and leave the same value.
-template <class T, class Parent, class Value>
-void ExpectTheSameSet(Parent& parent, int index, const Value& value, const Value& other) {
-    T& leaf = *node_cast<T>(parent.Get(index));
-    leaf.SetTemporality(TemporalityTransient);
-    const int changes = ChangesOf(*parent.GetTree(), [&] { leaf.Set(other); });
-    const std::string text = ToText(&leaf);
-    EXPECT_EQ(changes, ChangesOf(*parent.GetTree(), [&] { parent.template Set<T>(index, value); })) << index;
-    const std::string set = ToText(&leaf);
-    EXPECT_NE(text, set) << index;
-    leaf.Set(value);
-    EXPECT_EQ(set, ToText(&leaf)) << index;
-    EXPECT_EQ(TemporalityTransient, leaf.GetTemporality());
-    EXPECT_EQ(0, CheckInvariants(&parent));
-}
-
-template <class T, class Value>
-void ExpectTheSameSets(Map& map, Vector& vector, const Value& value, const Value& other) {
-    vector.Add<T>();
-    vector.Add<T>();
-    ExpectTheSameSet<T>(vector, 1, value, other);
-    EXPECT_NE(ToText(vector.Get(1)), ToText(vector.Get(0)));
-    for (const int index : {0, 7, 8, 536870911}) {
-        map.NewNode<T>(index);
-        ExpectTheSameSet<T>(map, index, value, other);
-    }
-}
-
-TEST_F(KnownKindTest, ALeafIsSetThroughItsParentAsByItself) {
-    ExpectTheSameSets<Boolean>(*NewMap(), *NewVector(), true, false);
-    ExpectTheSameSets<Double>(*NewMap(), *NewVector(), 2.5, -1.0);
-    ExpectTheSameSets<GlobalID>(*NewMap(), *NewVector(), GUID{1, 2, 3, {}}, GUID{4, 5, 6, {}});
-    ExpectTheSameSets<Integer>(*NewMap(), *NewVector(), std::int32_t{7}, std::int32_t{-1});
-    ExpectTheSameSets<Integer64>(*NewMap(), *NewVector(), std::int64_t{1} << 40, std::int64_t{-1});
-}
-
-TEST_F(KnownKindTest, NoLeafOfAReadOnlyTreeIsSetThroughItsParent) {
-    Map* const map = NewMap();
-    Put(map, 2, 5);
-    Vector* const vector = NewVector();
-    Append(vector, 6);
-    tree_->SetReadOnly();
-    EXPECT_EQ(kReadOnlyText, TextOf([&] { map->Set<Integer>(2, 1); }));
-    EXPECT_EQ(kReadOnlyText, TextOf([&] { vector->Set<Integer>(0, 1); }));
-    EXPECT_EQ("{2:5}", Show(map));
-    EXPECT_EQ("[6]", Show(vector));
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <KivCOMShared/COrvWriteArchive.h>
 #include <KivGenerics/Boolean.h>
 #include <KivGenerics/Iterator.h>
+#include <KivGenerics/LeafSetter.h>
 #include <KivGenerics/ToText.h>
 #include <KivGenerics/VisitorNode.h>
 #include <KivGenerics/WalkNodes.h>
@@ -255,7 +256,6 @@ std::vector<Trial> TrialsOfComposites() {
         "Vector::AddLeaves", u"2:",
         [](Vector& node, Vector&) { node.AddLeaves(kManyNumbers.data(), static_cast<int>(kManyNumbers.size())); },
         Promise::TreeUsable));
-    trials.push_back(On<Vector>("Vector::Set", u"2:", [](Vector& node, Vector&) { node.Set<Integer>(0, 77); }));
     const auto addToMap = [&](const char* name, void (*operation)(Map&, Map&), Promise promise = Promise::TreeAsItWas) {
         trials.push_back(On<Map>(name, u"0:", operation, promise));
     };
@@ -268,7 +268,7 @@ std::vector<Trial> TrialsOfComposites() {
         },
         Promise::TreeUsable);
     addToMap("Map::NewNode", [](Map& node, Map&) { node.NewNode(99, NodeTypeString); });
-    addToMap("Map::Set", [](Map& node, Map&) { node.Set<Integer>(0, 77); });
+    addToMap("LeafSetter::Set", [](Map& node, Map&) { LeafSetter(node).Set<Integer>(node, 0, 77); });
     addToMap("Map::SetSemanticTag", [](Map& node, Map&) { node.SetSemanticTag(SemanticTag(4)); });
     addToMap("Map::GetSemanticTag", [](Map& node, Map&) { node.GetSemanticTag(); });
     addToMap("Map::GetSemanticTagNV", [](Map& node, Map&) { node.GetSemanticTagNV(); });

@@ -8,6 +8,7 @@
 #include <KivGenerics/Integer.h>
 #include <KivGenerics/Integer64.h>
 #include <KivGenerics/IntegerSet.h>
+#include <KivGenerics/LeafSetter.h>
 #include <KivGenerics/Map.h>
 #include <KivGenerics/String.h>
 #include <KivGenerics/StringSet.h>
@@ -39,15 +40,22 @@ void SetBoth(World& world, Item& item, const Given& given, const Kept& kept) {
     SetBothBy(world, item, [&] { static_cast<Class*>(item.twin)->Set(given); }, kept);
 }
 
+template <class Class, class Parent, class Given>
+void SetThrough(const Parent& parent, int index, const Given& given) {
+    LeafSetter(parent).template Set<Class>(parent, index, given);
+}
+
 /// The same, or through the composite that the leaf stands in.
 template <class Class, class Given, class Kept>
 void SetBothAnyhow(World& world, Choices& choices, Item& item, const Given& given, const Kept& kept) {
     if (item.parent == nullptr || choices.Below(2) == 0) {
         SetBoth<Class>(world, item, given, kept);
     } else if (item.parent->type == NodeTypeMap) {
-        SetBothBy(world, item, [&] { static_cast<Map*>(item.parent->twin)->Set<Class>(item.index, given); }, kept);
+        SetBothBy(
+            world, item, [&] { SetThrough<Class>(*static_cast<Map*>(item.parent->twin), item.index, given); }, kept);
     } else {
-        SetBothBy(world, item, [&] { static_cast<Vector*>(item.parent->twin)->Set<Class>(item.index, given); }, kept);
+        SetBothBy(
+            world, item, [&] { SetThrough<Class>(*static_cast<Vector*>(item.parent->twin), item.index, given); }, kept);
     }
 }
 

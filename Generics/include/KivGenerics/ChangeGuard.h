@@ -30,7 +30,7 @@ public:
     }
 
     /// Counts `more` changes of a tree that is not read-only.
-    void CountMore(std::uint32_t more) noexcept { moreChanges_ += more; }
+    void CountMore(std::uint64_t more) noexcept { moreChanges_ += more; }
 
     /// A derived temporality was set by itself: it need not be what an update of the whole tree made it.
     void NoteOwnDerived() noexcept { temporalityUpdated_ = false; }

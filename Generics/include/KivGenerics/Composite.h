@@ -1,9 +1,5 @@
 #pragma once
 
-#include <cassert>
-#include <type_traits>
-#include <utility>
-
 #include <KivGenerics/Node.h>
 #include <KivGenerics/NodeOwner.h>
 #include <KivGenerics/NodeSource.h>
@@ -64,20 +60,6 @@ protected:
     NodeSource& GetSource() const noexcept { return static_cast<NodeSource&>(*GetGuard()); }
     /// The modification guard, by a shorter way.
     void CheckReadOnly() const { GetGuard()->CheckReadOnly(); }
-
-    /// What the leaf of the kind T holds.
-    template <class T>
-    using Value = decltype(std::declval<const T&>().Get());
-
-    /// Set of `leaf`, a child of this composite and a T. Nothing of it is read: what a set has to wait for is the composite.
-    template <class T>
-    void SetLeaf(Node* leaf, Value<T> value) {
-        static_assert(NodeSource::IsPlain<T> && !std::is_base_of_v<Composite, T>,
-                      "only kinds that hold one plain value");
-        assert(leaf != nullptr && leaf->GetType() == T::StaticType);
-        CheckReadOnly();
-        static_cast<T*>(leaf)->value_ = value;
-    }
 
     /// Throws Exception when `node` is null, this composite or an ancestor of it.
     void CheckAncestor(const Node* node) const;

@@ -37,7 +37,7 @@ protected:
     VisitCode IterateInner(Visitor* visitor, SemanticTag tag, int flags) override;
 
 private:
-    friend class Composite;
+    friend class LeafSetter;
     friend class NodeSource;
     friend class TreeImpl;
     friend struct NodeAccess;

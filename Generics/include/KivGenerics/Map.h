@@ -81,12 +81,6 @@ public:
     Node* GetNV(int index) const noexcept {
         return static_cast<unsigned>(index) < slotCount_ ? GetSlots()[index] : GetFromOverflow(index);
     }
-    /// Set of the child at `index`, which must be there and of the kind T: `Set<Integer>(3, 42)`. As Set of that leaf, and
-    /// quicker where the leaf is in no cache, since it is not read. Throws ReadOnlyException.
-    template <class T>
-    void Set(int index, Value<T> value) {
-        SetLeaf<T>(GetNV(index), value);
-    }
     /// Always 0.
     int GetHash(bool flag) const noexcept;
 

@@ -76,12 +76,6 @@ public:
                    ? children_[static_cast<std::size_t>(index)]
                    : nullptr;
     }
-    /// Set of the child at `index`, which must be there and of the kind T: `Set<Integer>(3, 42)`. As Set of that leaf, and
-    /// quicker where the leaf is in no cache, since it is not read. Throws ReadOnlyException.
-    template <class T>
-    void Set(int index, Value<T> value) {
-        SetLeaf<T>(GetNV(index), value);
-    }
     /// Appends a child of default temporality. Throws Exception when its kind is not that of child 0.
     Node* Add(NodeType type, SemanticTag tag = SemanticTagNone);
     /// The same for a kind known when compiling: `Add<Integer>()`.
