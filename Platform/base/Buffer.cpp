@@ -30,7 +30,9 @@ class RegionBuffer final : public Buffer {
 public:
     explicit RegionBuffer(std::int32_t blockSize)
         : blockSize_(static_cast<std::size_t>(std::max(blockSize, kSmallestBlock)) / kGranule * kGranule),
-          largest_(std::max(blockSize_ / 4, kLargestTake)) {}
+          largest_(std::max(blockSize_ / 4, kLargestTake)) {
+        hasReturned_ = false;
+    }
 
     ~RegionBuffer() override {
         while (runs_ != nullptr) {
@@ -54,6 +56,7 @@ public:
             Unpoison(kept, sizeClass.size);
             free_[sizeClass.index] = static_cast<FreeMemory*>(kept)->next;
             kept_ -= sizeClass.size;
+            hasReturned_ = hasReturned_ && kept_ != 0;
             return kept;
         }
         return GetRest() >= sizeClass.size ? TakeRest(sizeClass.size) : TakeFromNewBlock(sizeClass.size);
@@ -72,6 +75,7 @@ public:
             return;
         }
         Keep(memory, GetSizeClass(size));
+        hasReturned_ = true;
     }
 
 private:

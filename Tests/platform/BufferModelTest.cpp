@@ -25,8 +25,10 @@ class Pieces {
 public:
     explicit Pieces(Buffer& buffer) : buffer_(buffer) {}
 
-    void Add(const Piece& piece) {
-        auto* const place = static_cast<unsigned char*>(buffer_.Allocate(piece.size, piece.alignment));
+    void Add(const Piece& piece, bool isInline) {
+        void* const memory = isInline ? buffer_.AllocateInline(piece.size, piece.alignment)
+                                      : buffer_.Allocate(piece.size, piece.alignment);
+        auto* const place = static_cast<unsigned char*>(memory);
         ASSERT_EQ(0U, reinterpret_cast<std::uintptr_t>(place) % piece.alignment);
         const auto next = pieces_.lower_bound(place);
         if (next != pieces_.end()) {
@@ -82,7 +84,8 @@ void RunAgainstModel(std::int32_t blockSize, unsigned seed) {
         const bool growing = step / 2500 % 2 == 0;
         if (pieces.GetCount() == 0 || random() % 10 < (growing ? 6U : 4U)) {
             const std::size_t alignment = std::size_t{1} << (random() % 10 == 0 ? random() % 10 : random() % 4);
-            pieces.Add({GetRandomSize(random), alignment, static_cast<unsigned char>(random())});
+            const Piece piece{GetRandomSize(random), alignment, static_cast<unsigned char>(random())};
+            pieces.Add(piece, random() % 2 == 0);
         } else {
             pieces.Remove(random() % pieces.GetCount());
         }

@@ -140,6 +140,73 @@ TEST(BufferTest, RoundsSizesUpToTheirClass) {
     }
 }
 
+TEST(BufferTest, AllocateInlineTakesAsMuchAsAllocate) {
+    for (const SizeClassRow& row : kSizeClasses) {
+        const auto buffer = MakeBuffer(65536);
+        buffer->Allocate(8, 8);  // from now on there is a block to take from
+        void* const memory = buffer->AllocateInline(row.size, 8);
+        EXPECT_EQ(8 + row.inUse, buffer->BytesInUse()) << row.size;
+        buffer->Free(memory, row.size, 8);
+        EXPECT_EQ(8U, buffer->BytesInUse()) << row.size;
+        EXPECT_EQ(memory, buffer->AllocateInline(row.size, 8)) << row.size;
+    }
+}
+
+TEST(BufferTest, AllocateInlineHandsOutAgainWhatCameBack) {
+    const auto buffer = MakeBuffer();
+    void* const first = buffer->AllocateInline(40, 8);
+    void* const second = buffer->AllocateInline(40, 8);
+    buffer->Free(first, 40, 8);
+    buffer->Free(second, 40, 8);
+    EXPECT_EQ(second, buffer->AllocateInline(33, 4));
+    EXPECT_EQ(first, buffer->AllocateInline(40, 8));
+    EXPECT_EQ(Distance(first, second) * 2, Distance(first, buffer->AllocateInline(40, 8)));
+}
+
+TEST(BufferTest, AllocateInlineAlignsAsAsked) {
+    const auto buffer = MakeBuffer();
+    for (std::size_t alignment = 1; alignment <= 256; alignment *= 2) {
+        void* const memory = buffer->AllocateInline(24, alignment);
+        EXPECT_EQ(0U, reinterpret_cast<std::uintptr_t>(memory) % alignment);
+        buffer->Free(memory, 24, alignment);
+    }
+}
+
+/// A host's buffer, which shows its memory and counts how often it is asked.
+class AskedBuffer final : public Buffer {
+public:
+    explicit AskedBuffer(bool hasReturned) {
+        cursor_ = memory_;
+        end_ = memory_ + sizeof memory_;
+        hasReturned_ = hasReturned;
+    }
+    void* Allocate(std::size_t, std::size_t) override {
+        ++asked;
+        return nullptr;
+    }
+    std::size_t BytesReserved() const override { return sizeof memory_; }
+    std::size_t BytesInUse() const override { return static_cast<std::size_t>(cursor_ - memory_); }
+    void Free(void*, std::size_t, std::size_t) noexcept override {}
+
+    int asked = 0;
+
+private:
+    alignas(8) char memory_[64] = {};
+};
+
+TEST(BufferTest, ABufferThatShowsItsMemoryIsAskedUnlessItSaysThatNothingHasComeBack) {
+    AskedBuffer asked(true);
+    EXPECT_EQ(nullptr, asked.AllocateInline(16, 8));
+    EXPECT_EQ(1, asked.asked);
+    AskedBuffer other(false);
+    EXPECT_NE(nullptr, other.AllocateInline(9, 1));
+    EXPECT_EQ(16U, other.BytesInUse());
+    EXPECT_NE(nullptr, other.AllocateInline(48, 8));
+    EXPECT_EQ(0, other.asked);
+    EXPECT_EQ(nullptr, other.AllocateInline(1, 1)) << "nothing is left";
+    EXPECT_EQ(1, other.asked);
+}
+
 TEST(BufferTest, TheRestOfABlockServesLaterRequests) {
     const auto buffer = MakeBuffer();
     void* const first = buffer->Allocate(512, 8);

@@ -35,7 +35,7 @@ public:
             throw std::bad_alloc();
         }
         const std::size_t size = count * sizeof(T);
-        void* const memory = buffer_ != nullptr ? buffer_->Allocate(size, alignof(T)) : ::operator new(size);
+        void* const memory = buffer_ != nullptr ? buffer_->AllocateInline(size, alignof(T)) : ::operator new(size);
         if (memory == nullptr) {
             throw std::bad_alloc();
         }

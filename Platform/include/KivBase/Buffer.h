@@ -30,6 +30,20 @@ public:
     /// Null is ignored. `size` and `alignment` must be those of the allocation.
     virtual void Free(void* memory, std::size_t size, std::size_t alignment) noexcept = 0;
 
+    /// Allocate, inlined where the buffer shows its free memory and says that nothing has come back to it.
+    void* AllocateInline(std::size_t size, std::size_t alignment) {
+        if (!hasReturned_ && size - 1 < kLargestTake && alignment <= kTakeAlignment) {
+            const std::size_t taken = (size + kTakeAlignment - 1) / kTakeAlignment * kTakeAlignment;
+            if (taken <= static_cast<std::size_t>(end_ - cursor_)) {
+                char* const memory = cursor_;
+                cursor_ = memory + taken;
+                PrefetchForWriting(memory);
+                return memory;
+            }
+        }
+        return Allocate(size, alignment);
+    }
+
     /// Allocate for one T that never comes back, inlined where the buffer shows its free memory.
     template <class T>
     void* Take() {
@@ -38,7 +52,8 @@ public:
     /// True when Take gives the next T by itself.
     template <class T>
     bool CanTake() const noexcept {
-        return CanTake<T>(1);
+        // As numbers, so that where the next free memory begins is calculated once for this and for TakeNext.
+        return reinterpret_cast<std::uintptr_t>(cursor_) + GetTakenSize<T>() <= reinterpret_cast<std::uintptr_t>(end_);
     }
     /// True when TakeRun gives so many T at once.
     template <class T>
@@ -105,6 +120,9 @@ protected:
     // leaves both null, as a host's own may, is asked for every object by Allocate.
     char* cursor_ = nullptr;
     char* end_ = nullptr;
+    // Whether memory may have come back that is to be handed out again before that: then AllocateInline asks Allocate. A buffer
+    // that sets it to false is given back by Free what Allocate did not hand out, of a size that is rounded up to 8 bytes.
+    bool hasReturned_ = true;
 };
 
 /// Makes a buffer, owned by the caller, who deletes it.
