@@ -33,7 +33,9 @@ public:
     }
     /// Take, of an item that begins with `type`: its `count` bytes behind the type.
     const std::uint8_t* TakeItem(std::uint8_t type, std::size_t count) noexcept {
-        if (count >= static_cast<std::size_t>(end_ - next_) || *next_ != type) {
+        // As numbers: the sum is where the next item begins, and is calculated once.
+        const auto needed = reinterpret_cast<std::uintptr_t>(next_) + 1 + count;
+        if (needed > reinterpret_cast<std::uintptr_t>(end_) || *next_ != type) {
             return nullptr;
         }
         const std::uint8_t* const place = next_ + 1;

@@ -119,10 +119,12 @@ private:
     BlockReader blocks_;
     const ReadLimits limits_;
     Result error_;
+    // Apart from each other: side by side a compiler counts both in one store of twice the width, which a load of either cannot
+    // be served from, nor one of both from the stores of each.
     std::uint64_t items_ = 0;
-    std::uint64_t depth_ = 0;
     bool textPending_ = false;
     std::uint32_t pendingUnits_ = 0;
+    std::uint64_t depth_ = 0;
     bool finished_ = false;
 };
 

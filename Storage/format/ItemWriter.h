@@ -105,9 +105,11 @@ private:
     std::unique_ptr<ByteSink> sink_;
     BlockWriter blocks_;
     Result error_;
+    // Apart from each other: side by side a compiler counts both in one store of twice the width, which a load of either cannot
+    // be served from, nor one of both from the stores of each.
     std::uint64_t items_ = 0;
-    std::uint64_t depth_ = 0;
     bool finished_ = false;
+    std::uint64_t depth_ = 0;
 };
 
 }  // namespace KivStorage
