@@ -15,6 +15,12 @@ add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion)
 if(KIV_WARNINGS_ARE_ERRORS)
   add_compile_options(-Werror)
 endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # A processor fetches code by aligned pieces: without this the speed of a loop depends, by up to a tenth, on how long the code
+  # before it happens to be.
+  set(aligned -falign-functions=32 -falign-loops=32 -falign-jumps=32)
+  add_compile_options("$<$<CONFIG:Release,RelWithDebInfo>:${aligned}>")
+endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT WIN32)
   # Unique symbols would pin the library in the process: dlclose would never unload it.
   add_compile_options(-fno-gnu-unique)
