@@ -5,6 +5,7 @@
 #include <new>
 
 #include "core/LeafKinds.h"
+#include "core/LeafRun.h"
 #include "core/MapChildren.h"
 #include "core/NodeAccess.h"
 #include "core/TreeImpl.h"
@@ -19,13 +20,7 @@ constexpr std::uint32_t kChangesInMap = 3;
 /// Fewer leaves than this are appended one by one: to enlarge the array of children for all of them costs as much as some do.
 constexpr std::size_t kShortestRun = 16;
 
-/// How many leaves can be made without asking for memory, at most `wanted`; 0 also where Create may refuse.
-template <class T>
-std::size_t CountRoom(const TreeImpl& tree, std::size_t wanted) noexcept {
-    return tree.MayTake<T>() ? tree.GetBuffer()->template CountTakeable<T>(wanted) : 0;
-}
-
-/// Makes leaves, `count` of which CountRoom has, each at the index that `getIndex(i)` answers and with the value of the same
+/// Makes leaves, for `count` of which LeafRun::Count has room, each at the index that `getIndex(i)` answers and with the value of the same
 /// number; `place(leaf)` places them.
 template <class T, class Value, class GetIndex, class Place>
 [[gnu::always_inline]] inline void MakeLeaves(TreeImpl& tree, Composite& parent, const Value* values, std::size_t count,
@@ -73,7 +68,7 @@ template <class T, class Value>
 template <class T, class Value>
 [[gnu::noinline]] void AddInPieces(TreeImpl& tree, Vector& vector, const Value* values, std::size_t count) {
     while (count != 0) {
-        std::size_t made = CountRoom<T>(tree, count);
+        std::size_t made = LeafRun<T>::Count(tree, count);
         if (made != 0) {
             AddRun<T>(tree, vector, values, made);
         } else {
@@ -129,6 +124,7 @@ std::size_t FillSlots(TreeImpl& tree, const MapChildren& target, const int* inde
         NodeAccess::GetValue(*leaf) = value;
         slot = leaf;
     }
+    tree.CountMore(static_cast<std::uint32_t>(count) * kChangesInMap);
     return count;
 }
 
@@ -140,7 +136,7 @@ std::size_t AppendRun(TreeImpl& tree, const MapChildren& target, const int* inde
     if (target.IsSlot(*indexes) || !target.HasRoom(*indexes)) {
         return 0;
     }
-    const std::size_t most = CountRoom<T>(tree, (std::min)(wanted, target.overflow->CountAppendable()));
+    const std::size_t most = LeafRun<T>::Count(tree, (std::min)(wanted, target.overflow->CountAppendable()));
     if (most == 0) {
         return 0;
     }
@@ -148,13 +144,15 @@ std::size_t AppendRun(TreeImpl& tree, const MapChildren& target, const int* inde
     while (!NodeAccess::IsIndex(indexes[count - 1])) {
         --count;  // not below 1: the first one has room
     }
+    LeafRun<T> run(tree, target.map, count, TemporalityPersistent, kChangesInMap);
     MapOverflow::AppendRun store(*target.overflow);
-    MakeLeaves<T>(
-        tree, target.map, values, count, [indexes](std::size_t i) { return indexes[i]; },
-        [&store](T* leaf) {
-            NodeAccess::SetTemporalityOfNewLeaf(*leaf, TemporalityPersistent);
-            store.Append(leaf->GetIndex(), leaf);
-        });
+    for (std::size_t i = 0; i != count; ++i) {
+        const int index = indexes[i];
+        const Value value = values[i];
+        T* const leaf = run.Make(index);
+        NodeAccess::GetValue(*leaf) = value;
+        store.Append(index, leaf);
+    }
     return count;
 }
 
@@ -179,7 +177,6 @@ void NewInMap(Map& map, const int* indexes, const Value* values, int count) {
         made = made != 0 ? made : AppendRun<T>(tree, target, indexes, values, rest);
         if (made != 0) {
             NodeAccess::NoteChild(map);
-            tree.CountMore(static_cast<std::uint32_t>(made) * kChangesInMap);
         } else {
             MakeOne<T>(tree, target, indexes, *values, rest);
             made = 1;

@@ -26,7 +26,9 @@ namespace KivGenerics {
 void TreeImpl::Adopt(Node& node, NodeOwner& owner, int index) noexcept {
     NodeAccess::Adopt(node, *this, owner, index);
     node.state_ = GetNewState(node.GetType());
-    node.NoteTaken(TemporalityDefault);
+    if (IsCompositeType(node.GetType())) {
+        CountEmpty();
+    }
 }
 
 Node* NodeSource::Reuse(NodeType type, NodeOwner& owner, int index) noexcept {
@@ -36,7 +38,7 @@ Node* NodeSource::Reuse(NodeType type, NodeOwner& owner, int index) noexcept {
     return node;
 }
 
-inline Map* TreeImpl::ConstructMap(NodeOwner& owner, int index, SemanticTag tag) {
+[[gnu::always_inline]] inline Map* TreeImpl::ConstructMap(NodeOwner& owner, int index, SemanticTag tag) {
     switch (GetSlotCountForSemanticTag(tag)) {
         case 1: return Construct<MapImpl<1>>(owner, index);
         case 2: return Construct<MapImpl<2>>(owner, index);
@@ -74,7 +76,8 @@ Map* TreeImpl::CreateMap(NodeOwner& owner, int index, SemanticTag tag) {
         map = ConstructMap(owner, index, tag);
     }
     if (map != nullptr && tag != SemanticTagNone) {
-        map->SetSemanticTag(tag);
+        CheckReadOnly();
+        NodeAccess::SetTag(*map, tag);
     }
     return map;
 }

@@ -38,7 +38,7 @@ public:
     /// The round that derived temporalities are stored in, 1 to kLastRound: one that was stored in an earlier round has become
     /// TemporalityPersistent. So an update of a tree where all nodes are persistent begins a new round and touches no node.
     std::uint8_t GetRound() const noexcept { return static_cast<std::uint8_t>(int{newStates_[0].derivedAt}); }
-    /// Of a node of this kind, 1 to 12, that is made now.
+    /// Of a node of this kind, 1 to 12, that is made now. A composite is empty, and to be counted so.
     NodeState GetNewState(NodeType type) const noexcept { return newStates_[type]; }
     /// From now on a node of the tree may have an own temporality other than TemporalityDefault and TemporalityPersistent.
     void NoteVaried() noexcept { isVaried_ = true; }
@@ -58,7 +58,8 @@ protected:
     void SetRound(std::uint8_t round) noexcept {
         for (int type = 0; type <= NodeTypeInteger64; ++type) {
             newStates_[type].type = type;
-            newStates_[type].derivedAt = round;
+            newStates_[type].derivedAt =
+                IsCompositeType(static_cast<NodeType>(type)) ? round | NodeState::kEmptyBit : round;
         }
     }
 

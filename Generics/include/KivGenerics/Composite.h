@@ -52,7 +52,7 @@ protected:
     Composite(ChangeGuard* tree, NodeType type) noexcept : Composite(tree, *tree, -1, type) {}
     Composite(ChangeGuard* tree, NodeOwner& owner, int index, NodeType type) noexcept
         : Node(tree, owner, index, type), NodeOwner(tree) {
-        NoteEmptyOfNew(tree);
+        tree->CountEmpty();  // as its state says
     }
     ~Composite() = default;
 

@@ -185,7 +185,7 @@ private:
 
     // state_.derivedAt is the round that state_.derived was stored in, or kFrozen: then it stays whatever the round. With
     // kEmptyBit the node is a composite that the tree counts as empty.
-    static constexpr int kEmptyBit = 0x80;
+    static constexpr int kEmptyBit = NodeState::kEmptyBit;
     static constexpr int kFrozen = 0;
 
     int GetDerivedRound() const noexcept { return state_.derivedAt & ~kEmptyBit & 0xFF; }
@@ -242,11 +242,6 @@ private:
             state_.derivedAt = state_.derivedAt | kEmptyBit;
             Guard().CountEmpty();
         }
-    }
-    /// The same for one that is being made in this tree.
-    void NoteEmptyOfNew(ChangeGuard* tree) noexcept {
-        state_.derivedAt = state_.derivedAt | kEmptyBit;
-        tree->CountEmpty();
     }
     /// This composite, of which nothing is known but that it has just been made, need not be counted as empty.
     void ForgetEmptyOfNew() noexcept {
