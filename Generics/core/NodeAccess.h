@@ -15,9 +15,10 @@ namespace KivGenerics {
 
 /// The library's own door to what a node keeps private, for the operations that are not members of one class.
 struct NodeAccess {
-    static TreeImpl* GetTree(const Node& node) noexcept { return static_cast<TreeImpl*>(&node.Guard()); }
+    // By references, of which the compiler knows that they are not null.
+    static TreeImpl* GetTree(const Node& node) noexcept { return &static_cast<TreeImpl&>(node.Guard()); }
     static TreeImpl* GetTree(const Composite& composite) noexcept {
-        return static_cast<TreeImpl*>(composite.GetGuard());
+        return &static_cast<TreeImpl&>(*composite.GetGuard());
     }
     static Composite* GetParent(const Node& node) noexcept { return node.Parent(); }
 
@@ -56,6 +57,10 @@ struct NodeAccess {
     template <class List>
     static void AppendInRoom(List& vector, Node* child) noexcept {
         vector.Append(child);
+    }
+    template <class List>
+    static void NeedRoom(List& vector) {
+        vector.NeedRoom();
     }
     /// A new child of a kind known when compiling, behind the others of a vector: of their kind, or they are none. It counts
     /// `changes` changes. Null where a host's buffer answers null.

@@ -3,12 +3,11 @@
 namespace KivGenerics {
 
 SemanticTag ArchiveDecoder::GetSemanticTag() {
-    const std::uint32_t first = PeekByte();
-    if (HasFailed()) {
+    if (!NeedBytes(1)) {
         return SemanticTagNone;
     }
-    const std::uint32_t tag = (first & 0x80) != 0 ? GetBytes(4) & 0x7FFFFFFF : GetBytes(2);
-    return static_cast<SemanticTag>(tag);
+    const bool isLong = (packed_.Peek() & 0x80) != 0;
+    return static_cast<SemanticTag>(isLong ? GetBytes(4) & 0x7FFFFFFF : GetBytes(2));
 }
 
 }  // namespace KivGenerics

@@ -9,6 +9,7 @@
 
 #include "persistence/COrvReadBlockArchive.h"
 #include "persistence/Encoding.h"
+#include "persistence/HeaderCache.h"
 #include "persistence/PackedBytes.h"
 #include "persistence/SlotKeys.h"
 
@@ -66,9 +67,9 @@ public:
     }
     /// Enters the next object, whatever its tag.
     std::int32_t ReadObjectTag(std::uint16_t* tag) {
-        return own_ != nullptr ? own_->ReadObjectTag(0, tag) : archive_->ReadObjectTag(0, tag);
+        return own_ != nullptr ? own_->EnterObject(tag) : archive_->ReadObjectTag(0, tag);
     }
-    std::int32_t EndReadObject() { return own_ != nullptr ? own_->EndReadObject() : archive_->EndReadObject(); }
+    std::int32_t EndReadObject() { return own_ != nullptr ? own_->LeaveObject() : archive_->EndReadObject(); }
 
     /// The next `count` bytes, 1 to 4, as a number. 0 where a word cannot be read; nothing is taken then.
     std::uint32_t GetBytes(int count) { return NeedBytes(count) ? packed_.Take(count) : 0; }
@@ -106,6 +107,7 @@ public:
     };
 
     SlotKeyRoom& GetKeyRoom() noexcept { return keys_; }
+    HeaderCache& GetHeaders() noexcept { return headers_; }
 
 private:
     /// Reads a word unless so many bytes wait already. False, with the state as it was, where that fails.
@@ -127,6 +129,7 @@ private:
     COrvReadBlockArchive* own_ = nullptr;  // the same, where it is the library's
     int depth_ = 0;
     SlotKeyRoom keys_;
+    HeaderCache headers_;
 };
 
 }  // namespace KivGenerics

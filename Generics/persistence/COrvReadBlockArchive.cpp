@@ -1,5 +1,6 @@
 #include "persistence/COrvReadBlockArchive.h"
 
+#include <cstring>
 #include <memory>
 #include <new>
 
@@ -55,8 +56,9 @@ std::int32_t COrvReadBlockArchive::ReadWideString(KivBase::WString& text) {
         return ArchiveStringTooLong;
     }
     // Zeros throughout: the text is terminated whatever the stream fills in.
-    char16_t shortText[kShortText + 1] = {};
     if (length <= kShortText) {
+        char16_t shortText[kShortText + 1];
+        std::memset(shortText, 0, (length + 1) * sizeof *shortText);
         return ReadUnits(shortText, length, text);
     }
     const std::unique_ptr<char16_t[]> units(new (std::nothrow) char16_t[length + 1]());

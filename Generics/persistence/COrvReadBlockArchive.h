@@ -49,6 +49,22 @@ public:
     COrvReadBlockArchive(const COrvReadBlockArchive&) = delete;
     COrvReadBlockArchive& operator=(const COrvReadBlockArchive&) = delete;
 
+    // ReadObjectTag of whatever object comes next and EndReadObject, as part of the caller where no tag was read ahead.
+    std::int32_t EnterObject(std::uint16_t* tag) {
+        if (!MayReadValue()) {
+            return ReadObjectTag(0, tag);
+        }
+        *tag = 0;
+        std::uint16_t next = 0;
+        const std::int32_t result = stream_->GetObjectTag(&next);
+        if (result < 0 || result == ResultNoObject) {
+            return result;
+        }
+        *tag = next;
+        return ResultSuccess;
+    }
+    std::int32_t LeaveObject() { return MayReadValue() ? stream_->GetEndObject() : EndReadObject(); }
+
     /// What reads values until the next object begins or ends; null where none can be read.
     KivCOMShared::BlockReadStream* GetValueStream() const noexcept { return MayReadValue() ? stream_ : nullptr; }
 

@@ -39,31 +39,41 @@ inline std::int32_t WriteValue(const String& leaf, const ArchiveWriter& out) {
     return out.WriteString(NodeAccess::GetValue(leaf));
 }
 
-/// What values of leaves are read with one after the other, without an object in between: what has to be asked of a decoder for
-/// each is asked once.
-class ValueReader {
+/// Reads values of leaves one after the other, without an object in between, from the stream below the library's own archive. The
+/// outputs are cleared before.
+class StreamValues {
 public:
-    explicit ValueReader(ArchiveDecoder& decoder) noexcept : decoder_(decoder), stream_(decoder.GetValueStream()) {}
+    explicit StreamValues(KivCOMShared::BlockReadStream& stream) noexcept : stream_(stream) {}
 
-    std::int32_t ReadLong(std::int32_t* value) const {
-        *value = 0;
-        return stream_ != nullptr ? stream_->GetLong(value) : decoder_.ReadLong(value);
-    }
-    std::int32_t ReadDouble(double* value) const {
-        *value = 0.0;
-        return stream_ != nullptr ? stream_->GetDouble(value) : decoder_.ReadDouble(value);
-    }
-    std::int32_t ReadGUID(GUID* value) const {
-        *value = GUID{};
-        return stream_ != nullptr ? stream_->GetGUID(value) : decoder_.ReadGUID(value);
-    }
+    std::int32_t ReadLong(std::int32_t* value) const { return stream_.GetLong(value); }
+    std::int32_t ReadDouble(double* value) const { return stream_.GetDouble(value); }
+    std::int32_t ReadGUID(GUID* value) const { return stream_.GetGUID(value); }
+
+private:
+    KivCOMShared::BlockReadStream& stream_;
+};
+
+/// The same by any archive.
+class ArchiveValues {
+public:
+    explicit ArchiveValues(ArchiveDecoder& decoder) noexcept : decoder_(decoder) {}
+
+    std::int32_t ReadLong(std::int32_t* value) const { return decoder_.ReadLong(value); }
+    std::int32_t ReadDouble(double* value) const { return decoder_.ReadDouble(value); }
+    std::int32_t ReadGUID(GUID* value) const { return decoder_.ReadGUID(value); }
 
 private:
     ArchiveDecoder& decoder_;
-    KivCOMShared::BlockReadStream* const stream_;
 };
 
-// `Reader` is a ValueReader or an ArchiveDecoder.
+/// Calls `use` with what reads values, until the next object begins or ends, in the shortest way.
+template <class Use>
+[[gnu::always_inline]] inline auto WithValues(ArchiveDecoder& decoder, Use use) {
+    KivCOMShared::BlockReadStream* const stream = decoder.GetValueStream();
+    return stream != nullptr ? use(StreamValues(*stream)) : use(ArchiveValues(decoder));
+}
+
+// `Reader` is a StreamValues, an ArchiveValues or an ArchiveDecoder. The leaf is a new one.
 
 template <class Reader>
 std::int32_t ReadValue(Integer& leaf, Reader& reader) {

@@ -28,110 +28,102 @@ constexpr std::uint32_t kChanges = 3;
 /// Reads a leaf of a kind known when compiling into a free slot; false, with nothing done, where a node waits to be reused or
 /// memory has to be asked for.
 template <class T, class Reader>
-bool ReadIntoSlot(TreeImpl& tree, Map& map, Node*& slot, int index, EnumOrvGenericsTemporality temporality,
-                  Reader& reader, std::int32_t& result) {
+bool ReadIntoSlot(TreeImpl& tree, Map& map, const SlotKey& key, Reader& reader, std::int32_t& result) {
     if (!tree.CanCreateNext<T>()) {
         return false;
     }
-    T* const leaf = tree.CreateNext<T>(map, index, kChanges);
+    T* const leaf = tree.CreateNext<T>(map, key.index, kChanges);
     NodeAccess::NoteChild(map);
-    slot = leaf;
-    NodeAccess::SetTemporalityOfNew(*leaf, temporality);
+    NodeAccess::GetSlots(map)[key.index] = leaf;
+    NodeAccess::SetTemporalityOfNew(*leaf, DecodeTypeCode(key.typeCode).temporality);
     result = ReadValue(*leaf, reader);
     return true;
 }
 
-/// The same for a leaf of any kind that a key names.
-[[gnu::always_inline]] inline bool ReadAnyIntoSlot(TreeImpl& tree, Map& map, Node*& slot, int index,
-                                                   const LeafKind& kind, ArchiveDecoder& decoder,
-                                                   const ValueReader& values, std::int32_t& result) {
-    return ForScalarKind(
-        kind.type,
-        [&](auto named) {
-            using Leaf = typename decltype(named)::Leaf;
-            if constexpr (TreeImpl::IsPlain<Leaf>) {
-                return ReadIntoSlot<Leaf>(tree, map, slot, index, kind.temporality, values, result);
-            } else {
-                return ReadIntoSlot<Leaf>(tree, map, slot, index, kind.temporality, decoder, result);
-            }
-        },
-        [] { return false; });
-}
+/// How far a run of leaves has come: the key behind them, and the last result.
+struct Progress {
+    const SlotKey* next;
+    std::int32_t result;
+};
 
-/// Reads leaves into the slots as long as the keys from `next` on name free ones. `next` is the key behind them then.
-[[gnu::always_inline]] inline std::int32_t ReadRunIntoSlots(const MapChildren& children, ArchiveDecoder& decoder,
-                                                            const ValueReader& values, const SlotKey*& next,
-                                                            const SlotKey* end) {
-    Map& map = children.map;
+/// Reads leaves into the slots as long as the keys from `next` on name free ones. Part of its caller: maps have few slots, and a
+/// call costs as much as a leaf.
+template <class Values>
+[[gnu::always_inline]] inline Progress ReadRunIntoSlots(Map& map, ArchiveDecoder& decoder, Values values,
+                                                        const SlotKey* next, const SlotKey* end) {
     TreeImpl& tree = *NodeAccess::GetTree(map);
-    Node** const slots = children.slots;
-    const int slotCount = children.slotCount;
+    const auto slotCount = static_cast<unsigned>(NodeAccess::GetSlotCount(map));
     std::int32_t result = ResultSuccess;
-    const SlotKey* key = next;
-    for (; result >= 0 && key != end; ++key) {
-        const int index = key->index;
-        const bool isFree = index < slotCount && slots[index] == nullptr;
-        if (!isFree || key->typeCode > 0xFF ||
-            !ReadAnyIntoSlot(tree, map, slots[index], index, DecodeTypeCode(key->typeCode, 0), decoder, values,
-                             result)) {
+    for (; result >= 0 && next != end; ++next) {
+        const auto index = static_cast<unsigned>(next->index);
+        if (index >= slotCount || NodeAccess::GetSlots(map)[index] != nullptr) {
+            break;
+        }
+        const bool isRead = ForScalarKind(
+            DecodeTypeCode(next->typeCode).type,
+            [&](auto kind) {
+                using Leaf = typename decltype(kind)::Leaf;
+                if constexpr (TreeImpl::IsPlain<Leaf>) {
+                    return ReadIntoSlot<Leaf>(tree, map, *next, values, result);
+                } else {
+                    return ReadIntoSlot<Leaf>(tree, map, *next, decoder, result);
+                }
+            },
+            [] { return false; });
+        if (!isRead) {
             break;
         }
     }
-    next = key;
-    return result;
+    return {next, result};
 }
 
 /// Reads leaves of one kind into the overflow store, one behind the other, as long as the keys from `next` on name them and
-/// neither the store nor the tree needs memory for them. `next` is the key behind them then. A function of its own, so that the
-/// loop has the processor's registers to itself.
-template <class T>
-[[gnu::noinline]] std::int32_t ReadRun(const MapChildren& children, ArchiveDecoder& decoder, const SlotKey*& next,
-                                       const SlotKey* end) {
+/// neither the store nor the tree needs memory for them. A function of its own, so that the loop has the processor's registers to
+/// itself.
+template <class T, class Values>
+[[gnu::noinline]] Progress ReadRun(const MapChildren& children, Values values, const SlotKey* next,
+                                   const SlotKey* end) {
     TreeImpl& tree = *NodeAccess::GetTree(children.map);
-    const std::size_t room = (std::min)(children.overflow->CountAppendable(), LeafRun<T>::Count(tree));
-    const std::size_t most = (std::min)(room, static_cast<std::size_t>(end - next));
+    const std::size_t room = (std::min)(children.overflow->CountAppendable(), static_cast<std::size_t>(end - next));
+    const std::size_t most = LeafRun<T>::Count(tree, room);
     if (most == 0) {
-        return ResultSuccess;
+        return {next, ResultSuccess};
     }
     const std::uint32_t code = next->typeCode;
-    const EnumOrvGenericsTemporality temporality = DecodeTypeCode(code, 0).temporality;
+    const EnumOrvGenericsTemporality temporality = DecodeTypeCode(code).temporality;
     NodeAccess::NoteTemporalityOfNew(children.map, temporality);
     LeafRun<T> run(tree, children.map, most, temporality, kChanges);
     MapOverflow::AppendRun store(*children.overflow);
-    const ValueReader reader(decoder);
-    const SlotKey* key = next;
-    const SlotKey* const limit = key + most;
+    const SlotKey* const limit = next + most;
+    int before = 0;
     do {
-        const int index = key->index;
-        T* const leaf = run.Make(index);
-        store.Append(index, leaf);
-        const std::int32_t result = ReadValue(*leaf, reader);
+        before = next->index;
+        T* const leaf = run.Make(before);
+        store.Append(before, leaf);
+        const std::int32_t result = ReadValue(*leaf, values);
         if (result < 0) {
-            return result;
+            return {next, result};
         }
-        ++key;
-    } while (key != limit && key->typeCode == code && key->index > key[-1].index);
-    next = key;
-    return ResultSuccess;
+        ++next;
+    } while (next != limit && next->typeCode == code && next->index > before);
+    return {next, ResultSuccess};
 }
 
 /// The same for whatever `next` names; nothing is done where that is no plain leaf for the end of the store.
-std::int32_t ReadRunBeyond(const MapChildren& children, ArchiveDecoder& decoder, const SlotKey*& next,
-                           const SlotKey* end) {
-    if (children.IsSlot(next->index) || !children.HasRoom(next->index)) {
-        return ResultSuccess;
+template <class Values>
+Progress ReadRunBeyond(const MapChildren& children, Values values, const SlotKey* next, const SlotKey* end) {
+    if (!children.HasRoom(next->index)) {
+        return {next, ResultSuccess};
     }
     return ForPlainKind(
-        DecodeTypeCode(next->typeCode <= 0xFF ? next->typeCode : 0, 0).type,
-        [&](auto kind) { return ReadRun<typename decltype(kind)::Leaf>(children, decoder, next, end); },
-        [] { return std::int32_t{ResultSuccess}; });
+        DecodeTypeCode(next->typeCode).type,
+        [&](auto kind) { return ReadRun<typename decltype(kind)::Leaf, Values>(children, values, next, end); },
+        [&] { return Progress{next, ResultSuccess}; });
 }
 
 std::int32_t ReadLeafChild(const MapChildren& children, ArchiveDecoder& decoder, const SlotKey& key,
                            std::size_t expected) {
-    const bool hasExtra = key.typeCode > 0xFF;
-    const LeafKind kind =
-        DecodeTypeCode(hasExtra ? key.typeCode >> 8 : key.typeCode, hasExtra ? key.typeCode & 0xFF : 0);
+    const LeafKind kind = DecodeTypeCode(key.typeCode);
     if (!IsKnownType(kind.type)) {
         return SkipWords(decoder, kind.extraWords);
     }
@@ -141,22 +133,21 @@ std::int32_t ReadLeafChild(const MapChildren& children, ArchiveDecoder& decoder,
     return ReadNewChild(children, decoder, key.index, kind.type, kind.temporality, false, expected);
 }
 
-/// Reads leaves as long as the keys from `next` on, of which there is one, name them; `next` is the key behind them then. No part
-/// of ReadMap, of which there is one on the stack for each level.
-[[gnu::noinline]] std::int32_t ReadLeafChildren(const MapChildren& children, ArchiveDecoder& decoder,
-                                                const SlotKey*& next, const SlotKey* end) {
-    const ValueReader values(decoder);
-    std::int32_t result = ResultSuccess;
+/// Reads leaves as long as the keys from `next` on, of which there is one, name them. No part of ReadMap, of which there is one on
+/// the stack for each level.
+template <class Values>
+[[gnu::noinline]] Progress ReadLeafChildren(const MapChildren& children, ArchiveDecoder& decoder, Values values,
+                                            const SlotKey* next, const SlotKey* end) {
+    Progress progress{next, ResultSuccess};
     do {
-        const SlotKey* const first = next;
-        result = children.IsSlot(first->index) ? ReadRunIntoSlots(children, decoder, values, next, end)
-                                               : ReadRunBeyond(children, decoder, next, end);
-        if (result >= 0 && next == first) {
-            ++next;
-            result = ReadLeafChild(children, decoder, *first, static_cast<std::size_t>(end - first));
+        next = progress.next;
+        progress = children.IsSlot(next->index) ? ReadRunIntoSlots<Values>(children.map, decoder, values, next, end)
+                                                : ReadRunBeyond<Values>(children, values, next, end);
+        if (progress.result >= 0 && progress.next == next) {
+            progress = {next + 1, ReadLeafChild(children, decoder, *next, static_cast<std::size_t>(end - next))};
         }
-    } while (result >= 0 && next != end && next->typeCode != 0);
-    return result < 0 ? result : ResultSuccess;
+    } while (progress.result >= 0 && progress.next != end && progress.next->typeCode != 0);
+    return progress;
 }
 
 std::int32_t ReadObjectChild(const MapChildren& children, ArchiveDecoder& decoder, const SlotKey& key,
@@ -184,12 +175,16 @@ std::int32_t ReadMap(Map& map, ArchiveDecoder& decoder, bool longCount) {
         return ArchiveNestingTooDeep;
     }
     SlotKeys keys(decoder.GetKeyRoom());
-    std::int32_t result = ReadSlotKeys(decoder, longCount, keys);
+    std::int32_t result = ReadSlotKeys(decoder, map.GetSemanticTagNV(), longCount, keys);
     const MapChildren children(map);
     const SlotKey* const end = keys.end();
     for (const SlotKey* next = keys.begin(); result >= 0 && next != end;) {
         if (next->typeCode != 0) {
-            result = ReadLeafChildren(children, decoder, next, end);
+            const Progress progress = WithValues(decoder, [&](auto values) {
+                return ReadLeafChildren(children, decoder, values, next, end);
+            });
+            next = progress.next;
+            result = progress.result;
         } else {
             const auto expected = static_cast<std::size_t>(end - next);
             result = ReadObjectChild(children, decoder, *next++, expected);

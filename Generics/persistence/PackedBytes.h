@@ -23,6 +23,9 @@ public:
     }
     /// The next byte, which stays, where one waits.
     std::uint32_t Peek() const noexcept { return static_cast<std::uint32_t>(bytes_ >> 56); }
+    bool operator==(const PackedBytes& other) const noexcept {
+        return bytes_ == other.bytes_ && count_ == other.count_;
+    }
     void Clear() noexcept { *this = PackedBytes(); }
 
 private:

@@ -12,11 +12,11 @@
 
 namespace KivGenerics {
 
-/// Splits a leaf's type code: the type byte, which may be followed by a byte that counts extra words.
-inline LeafKind DecodeTypeCode(std::uint32_t typeByte, std::uint32_t extraWords) noexcept {
-    return {static_cast<NodeType>(typeByte & kTypeMask),
-            static_cast<EnumOrvGenericsTemporality>(typeByte >> kTypeByteTemporalityShift),
-            static_cast<int>(extraWords)};
+/// Splits a leaf's type code.
+inline LeafKind DecodeTypeCode(std::uint32_t code) noexcept {
+    return {static_cast<NodeType>(code & kTypeMask),
+            static_cast<EnumOrvGenericsTemporality>((code & 0xFF) >> kTypeByteTemporalityShift),
+            static_cast<int>(code >> 8)};
 }
 
 /// True for the kinds that can be made; 0 and what later versions may add are skipped.

@@ -6,23 +6,20 @@
 namespace KivGenerics {
 namespace {
 
-std::int32_t ReadCount(ArchiveDecoder& decoder, bool longCount, std::uint32_t& count) {
-    if (longCount) {
-        count = decoder.GetBytes(4);
-    } else {
-        const std::uint32_t first = decoder.PeekByte();
-        if (!decoder.HasFailed()) {
-            count = (first & 0x80) != 0 ? decoder.GetBytes(2) & 0x7FFF : decoder.GetBytes(1);
-        }
-    }
-    return decoder.GetStatus();
-}
-
-/// Reads keys, with what waits of the header in the processor's registers: the decoder is realigned behind them.
-class KeyReader {
+/// Takes a header apart, with what waits of it in the processor's registers: the decoder is realigned behind it. Its words go to
+/// a cached header, where the first `readBefore` of them stand already.
+class HeaderReader {
 public:
-    explicit KeyReader(ArchiveDecoder& decoder) noexcept : words_(decoder), bytes_(decoder.GetPackedBytes()) {}
+    HeaderReader(ArchiveDecoder& decoder, CachedHeader& cached, std::size_t readBefore) noexcept
+        : decoder_(decoder), cached_(cached), readBefore_(readBefore), bytes_(decoder.GetPackedBytes()) {}
 
+    /// The number of keys; false where a word cannot be read.
+    bool ReadCount(bool longCount, std::uint32_t& count) {
+        if (longCount) {
+            return ReadNumber(4, 0xFFFFFFFF, count);
+        }
+        return Need(1) && ((bytes_.Peek() & 0x80) != 0 ? ReadNumber(2, 0x7FFF, count) : ReadNumber(1, 0x7F, count));
+    }
     /// The next key; false where a word cannot be read.
     bool Read(SlotKey& key) {
         if (!Need(1)) {
@@ -41,8 +38,17 @@ public:
     }
     /// The result of the last word read.
     std::int32_t GetStatus() const noexcept { return status_; }
+    std::size_t GetWordCount() const noexcept { return wordCount_; }
 
 private:
+    bool ReadNumber(int size, std::uint32_t mask, std::uint32_t& number) {
+        if (!Need(size)) {
+            return false;
+        }
+        number = bytes_.Take(size) & mask;
+        return true;
+    }
+
     /// A leaf's key: its index in `IndexBytes` bytes, then its type byte, which may be followed by one that counts extra words.
     template <int IndexBytes>
     bool ReadOfLeaf(std::uint32_t indexMask, SlotKey& key) {
@@ -55,7 +61,7 @@ private:
             if (!Need(1)) {
                 return false;
             }
-            key.typeCode = key.typeCode << 8 | bytes_.Take(1);
+            key.typeCode |= bytes_.Take(1) << 8;
         }
         return true;
     }
@@ -74,36 +80,84 @@ private:
     bool Need(int count) {
         if (bytes_.GetCount() < count) {
             std::int32_t word = 0;
-            status_ = words_.ReadLong(&word);
-            if (status_ < 0) {
-                return false;
+            if (wordCount_ < readBefore_) {
+                word = cached_.GetWords()[wordCount_];
+            } else {
+                status_ = decoder_.ReadLong(&word);
+                if (status_ < 0) {
+                    return false;
+                }
+                cached_.SetWord(wordCount_, word);
             }
+            ++wordCount_;
             bytes_.Add(word);
         }
         return true;
     }
 
-    const ValueReader words_;
+    ArchiveDecoder& decoder_;
+    CachedHeader& cached_;
+    const std::size_t readBefore_;
+    std::size_t wordCount_ = 0;
     PackedBytes bytes_;
     std::int32_t status_ = ResultSuccess;
 };
 
+/// Reads the rest of a header that is not known, and keeps it where there is room for it.
+[[gnu::noinline]] std::int32_t ReadNewHeader(ArchiveDecoder& decoder, bool longCount, CachedHeader& cached,
+                                             std::size_t readBefore, SlotKeys& keys) {
+    HeaderReader reader(decoder, cached, readBefore);
+    std::uint32_t count = 0;
+    bool isRead = reader.ReadCount(longCount, count);
+    SlotKey key;
+    for (; count > 0 && (isRead = reader.Read(key)); --count) {
+        keys.Add(key);
+    }
+    if (isRead) {
+        cached.End(decoder.GetPackedBytes(), longCount, reader.GetWordCount(), keys);
+    }
+    return reader.GetStatus();
+}
+
+/// Reads words as long as they are those of a header. `count` is how many have been read then; where the last is another, it has
+/// been set in the header. Returns the result of the last.
+template <class Values>
+std::int32_t ReadKnownWords(Values values, CachedHeader& cached, std::size_t& count) {
+    const std::int32_t* const first = cached.GetWords();
+    const std::int32_t* const end = first + cached.GetWordCount();
+    std::int32_t result = ResultSuccess;
+    for (const std::int32_t* next = first; next != end; ++next) {
+        std::int32_t word = 0;
+        result = values.ReadLong(&word);
+        if (result < 0 || word != *next) {
+            count = static_cast<std::size_t>(next - first);
+            cached.SetWord(count++, word);
+            return result;
+        }
+    }
+    return result;
+}
+
 }  // namespace
 
-std::int32_t ReadSlotKeys(ArchiveDecoder& decoder, bool longCount, SlotKeys& keys) {
-    std::uint32_t count = 0;
-    const std::int32_t result = ReadCount(decoder, longCount, count);
-    if (result < 0) {
-        return result;
+std::int32_t ReadSlotKeys(ArchiveDecoder& decoder, SemanticTag tag, bool longCount, SlotKeys& keys) {
+    const PackedBytes start = decoder.GetPackedBytes();
+    CachedHeader& cached = decoder.GetHeaders().Find(tag, start);
+    std::size_t readBefore = 0;
+    std::int32_t result = ResultSuccess;
+    bool isKnown = cached.BeginsWith(start, longCount);
+    if (isKnown) {
+        result = WithValues(decoder, [&](auto values) { return ReadKnownWords(values, cached, readBefore); });
+        isKnown = result >= 0 && readBefore == 0;
     }
-    KeyReader reader(decoder);
-    SlotKey key;
-    for (; count > 0 && reader.Read(key); --count) {
-        keys.Add(key);
+    if (isKnown) {
+        keys.Add(cached.begin(), cached.end());
+    } else if (result >= 0) {
+        result = ReadNewHeader(decoder, longCount, cached, readBefore, keys);
     }
     keys.Close();
     decoder.Realign();
-    return reader.GetStatus();
+    return result;
 }
 
 }  // namespace KivGenerics

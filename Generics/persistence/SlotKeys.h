@@ -11,7 +11,7 @@ namespace KivGenerics {
 /// One child of a map as its header names it.
 struct SlotKey {
     std::int32_t index;
-    std::uint32_t typeCode;  ///< type byte, or type byte and extra words; 0 for an object
+    std::uint32_t typeCode;  ///< type byte, and 256 times the extra words; 0 for an object
 };
 
 /// Room for the keys of the maps that a load is inside of: those of a map in another stand behind the other's.
@@ -54,6 +54,13 @@ public:
             Grow();
         }
         *end_++ = key;
+    }
+    /// The same for several.
+    void Add(const SlotKey* first, const SlotKey* last) {
+        while (limit_ - end_ < last - first) {
+            Grow();
+        }
+        end_ = std::copy(first, last, end_);
     }
     /// All have come: the keys of maps inside this one will stand behind them.
     void Close() noexcept {

@@ -71,27 +71,28 @@ bool MayAppend(const Vector& vector, NodeType type) {
     return vector.IsEmpty() || vector.GetNV(0)->GetType() == type;
 }
 
-/// Reads leaves into the room that the vector and the present block have, at most `count`, which is less by them then.
-template <class Leaf>
-std::int32_t ReadRun(Vector& vector, ArchiveDecoder& decoder, std::uint32_t& count,
-                     EnumOrvGenericsTemporality temporality) {
+/// Reads leaves into the room that the vector and the present block have, at most `count`, which is less by them then. A function of
+/// its own, so that the loop has the processor's registers to itself.
+template <class Leaf, class Values>
+[[gnu::noinline]] std::int32_t ReadRun(Vector& vector, Values values, std::uint32_t& count,
+                                       EnumOrvGenericsTemporality temporality) {
     TreeImpl& tree = *NodeAccess::GetTree(vector);
-    auto& elements = NodeAccess::GetChildren(vector);
-    const std::size_t room = (std::min)(elements.capacity() - elements.size(), LeafRun<Leaf>::Count(tree));
-    const std::size_t most = (std::min)(room, std::size_t{count});
+    const auto& elements = NodeAccess::GetChildren(vector);
+    const std::size_t room = (std::min)(elements.capacity() - elements.size(), std::size_t{count});
+    const std::size_t most = LeafRun<Leaf>::Count(tree, room);
     if (most == 0) {
         return ResultSuccess;
     }
     constexpr std::uint32_t kChanges = 2;  // being made, and its temporality
     NodeAccess::NoteTemporalityOfNew(vector, temporality);
+    NodeAccess::NoteChild(vector);
     LeafRun<Leaf> run(tree, vector, most, temporality, kChanges);
-    const ValueReader reader(decoder);
     count -= static_cast<std::uint32_t>(most);
     auto index = static_cast<int>(elements.size());
     for (const int end = index + static_cast<int>(most); index != end; ++index) {
         Leaf* const leaf = run.Make(index);
         NodeAccess::AppendInRoom(vector, leaf);
-        const std::int32_t result = ReadValue(*leaf, reader);
+        const std::int32_t result = ReadValue(*leaf, values);
         if (result < 0) {
             return result;
         }
@@ -100,17 +101,19 @@ std::int32_t ReadRun(Vector& vector, ArchiveDecoder& decoder, std::uint32_t& cou
 }
 
 /// Reads leaves of one class into a vector that holds nothing else. They are appended as they come: the count only counts.
-template <class Leaf>
-std::int32_t ReadLeaves(Vector& vector, ArchiveDecoder& decoder, std::uint32_t count,
+template <class Leaf, class Values>
+std::int32_t ReadLeaves(Vector& vector, ArchiveDecoder& decoder, Values values, std::uint32_t count,
                         EnumOrvGenericsTemporality temporality) {
     std::int32_t result = ResultSuccess;
     while (result >= 0 && count > 0) {
-        result = ReadNew(NodeAccess::Append<Leaf>(vector), temporality, decoder, false);
-        --count;
+        NodeAccess::NeedRoom(vector);
+        const std::uint32_t before = count;
         if constexpr (TreeImpl::IsPlain<Leaf>) {
-            constexpr std::uint32_t kShortestRun = 3;  // fewer are read one by one
-            const bool isRun = result >= 0 && count >= kShortestRun;
-            result = isRun ? ReadRun<Leaf>(vector, decoder, count, temporality) : result;
+            result = ReadRun<Leaf>(vector, values, count, temporality);
+        }
+        if (count == before) {
+            result = ReadNew(NodeAccess::Append<Leaf>(vector), temporality, decoder, false);
+            --count;
         }
     }
     return result < 0 ? result : ResultSuccess;
@@ -142,7 +145,11 @@ std::int32_t ReadInline(Vector& vector, ArchiveDecoder& decoder, std::uint32_t c
     }
     return ForScalarKind(
         MayAppend(vector, kind.type) ? kind.type : NodeTypeMap,
-        [&](auto leaf) { return ReadLeaves<typename decltype(leaf)::Leaf>(vector, decoder, count, kind.temporality); },
+        [&](auto leaf) {
+            return WithValues(decoder, [&](auto values) {
+                return ReadLeaves<typename decltype(leaf)::Leaf>(vector, decoder, values, count, kind.temporality);
+            });
+        },
         [&] { return ReadNodes(vector, decoder, count, kind); });
 }
 
@@ -232,7 +239,7 @@ std::int32_t Vector::ReadFromArchive(ArchiveDecoder& decoder, bool longCount) {
         return decoder.GetStatus();
     }
     decoder.Realign();
-    return code != 0 ? ReadInline(*this, decoder, count, DecodeTypeCode(code >> 8, code & 0xFF))
+    return code != 0 ? ReadInline(*this, decoder, count, DecodeTypeCode(code >> 8 | (code & 0xFF) << 8))
                      : ReadObjects(*this, decoder, count);
 }
 

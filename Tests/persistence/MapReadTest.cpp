@@ -110,6 +110,34 @@ TEST(MapReadTest, MapsTakeTheirSemanticTagFromTheWordsOfTheirObject) {
               read.lines);
 }
 
+// Both have the header "2 children, a composite at 0, an Integer at 1": the inner one is known by the outer one's words.
+TEST(MapReadTest, AMapMayHaveTheHeaderOfTheMapThatItStandsIn) {
+    const Calls header{"Long 00050200", "Long 81410000"};
+    const MapRead read(Calls{"Long 01000000", "Begin 0407"} + header + Calls{"Begin 0407"} + header +
+                       Calls{"Begin 0406", "Long 00000000", "End", "Long 00000007", "End", "Long 00000008", "End"});
+    EXPECT_EQ(0, read.result);
+    EXPECT_EQ((Lines{": Map(tag 1, 1 child) t1", "0: Map(tag 5, 2 children) t2", "0:0: Map(tag 5, 2 children) t2",
+                     "0:0:0: Vector(0 children) t2", "0:0:1: Integer 7 t1", "0:1: Integer 8 t1"}),
+              read.lines);
+    EXPECT_TRUE(read.reading.archive.player.IsOver());
+}
+
+// The same tag and as many children: the inner header takes the outer one's place among the known ones while that is used.
+TEST(MapReadTest, TheKeysOfAMapStayWhenAMapInItHasOthers) {
+    const Calls outer{"Long 00050200", "Long 81410000"};
+    const Calls inner{"Long 00050282", "Long 41834100"};
+    const Calls map = Calls{"Begin 0407"} + outer + Calls{"Begin 0407"} + inner +
+                      Calls{"Long 00000001", "Long 00000002", "End", "Long 00000008", "End"};
+    const MapRead read(Calls{"Long 02000100"} + map + map);
+    EXPECT_EQ(0, read.result);
+    EXPECT_EQ((Lines{": Map(tag 1, 2 children) t1", "0: Map(tag 5, 2 children) t2", "0:0: Map(tag 5, 2 children) t2",
+                     "0:0:2: Integer 1 t1", "0:0:3: Integer 2 t1", "0:1: Integer 8 t1", "1: Map(tag 5, 2 children) t2",
+                     "1:0: Map(tag 5, 2 children) t2", "1:0:2: Integer 1 t1", "1:0:3: Integer 2 t1",
+                     "1:1: Integer 8 t1"}),
+              read.lines);
+    EXPECT_TRUE(read.reading.archive.player.IsOver());
+}
+
 TEST(MapReadTest, WhatAnObjectHoldsBeyondTheNodeIsLeftUnread) {
     const MapRead read({"Long 02000100", "Begin 0406", "Long 00000000", "Begin 0001", "Text \"later\"", "End", "End",
                         "Begin 0406", "Long 00000000", "End"});
@@ -178,8 +206,8 @@ TEST(MapReadTest, ObjectsOfUnknownKindAreEnteredAndLeft) {
 }
 
 TEST(MapReadTest, CompositesInALeafCodeAreReadInlineWithShortCounts) {
-    const MapRead read({"Long 02808681", "Long 47000000",                    //
-                        "Long 00014100", "Long 00000007",                    // the vector
+    const MapRead read({"Long 02808681", "Long 47000000",  //
+                        "Long 00014100", "Long 00000007",  // the vector
                         "Long 00640182", "Long 41000000", "Long 00000009"});  // the map
     EXPECT_EQ(0, read.result);
     EXPECT_EQ((Lines{": Map(tag 1, 2 children) t1", "0: Vector(1 child) t2", "0:0: Integer 7 t1",
@@ -224,7 +252,7 @@ TEST(MapReadTest, AFailureOfEveryCallEndsTheReadWithItsCode) {
 
 TEST(MapReadTest, WordsThatEndInsideAnyFieldEndTheReadWithNothingMade) {
     const Calls scripts[] = {
-        {},                 // before the count
+        {},  // before the count
         {"Long 04000102"},  // before a key
         {"Long 03000140"},  // the third key lacks a byte
         {"Long 030001E0"},  // the same, three bytes
