@@ -45,10 +45,12 @@ private:
     [[gnu::noinline]] std::int32_t WriteKeysAndLeaves();
     [[gnu::noinline]] std::int32_t WriteKeysOfRoot(int slotFlags);
 
-    Node** Gather(BytePacker& packer, Node** endOfLeaves);
+    template <class Written>
+    Node** Gather(BytePacker& packer, Node** endOfLeaves, const Written& written);
     std::int32_t Begin(BytePacker& packer, int count) const;
     int CountBeyond(const MapOverflow& overflow) const;
-    void PackLeafKeysBeyond(BytePacker& packer, const MapOverflow& overflow);
+    template <class Written>
+    void PackLeafKeysBeyond(BytePacker& packer, const MapOverflow& overflow, const Written& written);
     void PackCompositeKeys(BytePacker& packer) const;
     std::int32_t WriteLeavesBeyond(const MapOverflow& overflow) const;
     std::int32_t WriteCompositesAfter(std::int32_t result) const;
@@ -75,8 +77,8 @@ private:
 };
 
 /// Sorts out what is written of the slots, and packs the leaves' keys. Returns the end of the leaves.
-[[gnu::always_inline]] inline Node** MapWriter::Gather(BytePacker& packer, Node** endOfLeaves) {
-    const WrittenChildren written = written_;
+template <class Written>
+[[gnu::always_inline]] inline Node** MapWriter::Gather(BytePacker& packer, Node** endOfLeaves, const Written& written) {
     Node** endOfComposites = composites_;
     std::uint8_t* endOfKeys = packer.GetEnd();
     Node* const* const end = children_.slots + children_.slotCount;
@@ -101,7 +103,8 @@ private:
 std::int32_t MapWriter::WriteKeysAndLeaves() {
     BytePacker packer(out_);
     Node* leaves[kMostSlots];
-    Node** const endOfLeaves = Gather(packer, leaves);
+    Node** const endOfLeaves =
+        written_.areAll ? Gather(packer, leaves, AllChildren()) : Gather(packer, leaves, written_);
     const MapOverflow* const overflow = children_.overflow;
     const auto count = static_cast<int>(endOfLeaves - leaves) + compositeCount_;
     std::int32_t result = Begin(packer, overflow != nullptr ? count + CountBeyond(*overflow) : count);
@@ -109,7 +112,11 @@ std::int32_t MapWriter::WriteKeysAndLeaves() {
         return result;
     }
     if (overflow != nullptr) {
-        PackLeafKeysBeyond(packer, *overflow);
+        if (written_.areAll) {
+            PackLeafKeysBeyond(packer, *overflow, AllChildren());
+        } else {
+            PackLeafKeysBeyond(packer, *overflow, written_);
+        }
     }
     PackCompositeKeys(packer);
     result = packer.Flush();
@@ -161,8 +168,8 @@ int MapWriter::CountBeyond(const MapOverflow& overflow) const {
     return count;
 }
 
-void MapWriter::PackLeafKeysBeyond(BytePacker& packer, const MapOverflow& overflow) {
-    const WrittenChildren written = written_;
+template <class Written>
+void MapWriter::PackLeafKeysBeyond(BytePacker& packer, const MapOverflow& overflow, const Written& written) {
     bool hasComposites = false;
     std::uint8_t* endOfKeys = packer.GetEnd();
     for (auto run = overflow.begin(); run.GetRunLength() > 0; run.SkipRun()) {

@@ -15,10 +15,18 @@ namespace {
 /// `expected` is the number of children that are still to come, this one included.
 std::int32_t ReadNewChild(const MapChildren& children, ArchiveDecoder& decoder, int index, NodeType type,
                           EnumOrvGenericsTemporality temporality, bool longCount, std::size_t expected) {
-    return ReadChild(decoder, type, temporality, longCount, [&](NodeType kind, SemanticTag tag) -> Node* {
-        return kind == NodeTypeMap && children.HasRoom(index)
+    return ReadChild(decoder, type, temporality, longCount, [&](NodeType kind, SemanticTag tag) {
+        return NewNodeInMap(children, index, kind, false, tag, expected);
+    });
+}
+
+/// The same for a map.
+std::int32_t ReadMapChild(const MapChildren& children, ArchiveDecoder& decoder, int index,
+                          EnumOrvGenericsTemporality temporality, bool longCount, std::size_t expected) {
+    return ReadNewMap(decoder, temporality, longCount, [&](SemanticTag tag) {
+        return children.HasRoom(index)
                    ? NodeAccess::NewMapInRoom(children.map, index, tag)
-                   : NewNodeInMap(children, index, kind, false, tag, expected);
+                   : static_cast<Map*>(NewNodeInMap(children, index, NodeTypeMap, false, tag, expected));
     });
 }
 
@@ -158,11 +166,12 @@ std::int32_t ReadObjectChild(const MapChildren& children, ArchiveDecoder& decode
         return result < 0 ? result : ResultSuccess;  // no object: nothing is made for this key
     }
     const ObjectKind kind = DecodeObjectTag(objectTag);
-    if (IsKnownType(kind.type)) {
-        result =
-            kind.type == NodeTypeVector && children.HasRoom(key.index)
-                ? ReadNew(children.map.NewNode<Vector>(key.index), kind.temporality, decoder, kind.longCount)
-                : ReadNewChild(children, decoder, key.index, kind.type, kind.temporality, kind.longCount, expected);
+    if (kind.type == NodeTypeMap) {
+        result = ReadMapChild(children, decoder, key.index, kind.temporality, kind.longCount, expected);
+    } else if (kind.type == NodeTypeVector && children.HasRoom(key.index)) {
+        result = ReadNew(children.map.NewNode<Vector>(key.index), kind.temporality, decoder, kind.longCount);
+    } else if (IsKnownType(kind.type)) {
+        result = ReadNewChild(children, decoder, key.index, kind.type, kind.temporality, kind.longCount, expected);
     }
     return result < 0 ? result : decoder.EndReadObject();
 }

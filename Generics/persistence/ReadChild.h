@@ -6,6 +6,7 @@
 #include <KivGenerics/ResultCode.h>
 
 #include "core/LeafKinds.h"
+#include "core/MapChildren.h"
 #include "persistence/ArchiveDecoder.h"
 #include "persistence/Encoding.h"
 #include "persistence/LeafArchive.h"
@@ -64,6 +65,22 @@ std::int32_t ReadNew(T* node, EnumOrvGenericsTemporality temporality, ArchiveDec
     NodeAccess::GetTree(*node)->CheckReadOnly();
     NodeAccess::SetTemporalityOfNew(*node, temporality);
     return ReadValue(*node, decoder, longCount);
+}
+
+/// Reads a new map, which `make(tag)` makes; null where there was no memory for it.
+template <class Make>
+std::int32_t ReadNewMap(ArchiveDecoder& decoder, EnumOrvGenericsTemporality temporality, bool longCount, Make make) {
+    const SemanticTag tag = decoder.GetSemanticTag();
+    if (decoder.HasFailed()) {
+        return decoder.GetStatus();
+    }
+    Map* const map = make(tag);
+    if (map == nullptr) {
+        return ResultOutOfMemory;
+    }
+    NodeAccess::GetTree(*map)->CheckReadOnly();
+    NodeAccess::SetTemporalityOfNew(*map, temporality);
+    return ReadMap(*map, decoder, longCount);
 }
 
 /// Reads the semantic tag of a map, makes the child with `make(type, tag)`, gives it its temporality and reads it.

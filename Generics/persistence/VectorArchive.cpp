@@ -161,13 +161,14 @@ std::int32_t ReadObjects(Vector& vector, ArchiveDecoder& decoder, std::uint32_t 
             return result < 0 ? result : ArchiveTypeMismatch;
         }
         const ObjectKind kind = DecodeObjectTag(objectTag);
-        if (kind.type == NodeTypeVector && MayAppend(vector, kind.type)) {
+        if (kind.type == NodeTypeMap) {
+            result = ReadNewMap(decoder, kind.temporality, kind.longCount,
+                                [&](SemanticTag tag) { return vector.Add<Map>(tag); });
+        } else if (kind.type == NodeTypeVector && MayAppend(vector, kind.type)) {
             result = ReadNew(NodeAccess::Append<Vector>(vector), kind.temporality, decoder, kind.longCount);
         } else {
             result = ReadChild(decoder, kind.type, kind.temporality, kind.longCount,
-                               [&](NodeType type, SemanticTag tag) -> Node* {
-                                   return type == NodeTypeMap ? vector.Add<Map>(tag) : vector.Add(type, tag);
-                               });
+                               [&](NodeType type, SemanticTag tag) { return vector.Add(type, tag); });
         }
         if (result >= 0) {
             result = decoder.EndReadObject();

@@ -31,7 +31,7 @@ public:
     explicit RegionBuffer(std::int32_t blockSize)
         : blockSize_(static_cast<std::size_t>(std::max(blockSize, kSmallestBlock)) / kGranule * kGranule),
           largest_(std::max(blockSize_ / 4, kLargestTake)) {
-        hasReturned_ = false;
+        returned_ = free_;
     }
 
     ~RegionBuffer() override {
@@ -56,7 +56,6 @@ public:
             Unpoison(kept, sizeClass.size);
             free_[sizeClass.index] = static_cast<FreeMemory*>(kept)->next;
             kept_ -= sizeClass.size;
-            hasReturned_ = hasReturned_ && kept_ != 0;
             return kept;
         }
         return GetRest() >= sizeClass.size ? TakeRest(sizeClass.size) : TakeFromNewBlock(sizeClass.size);
@@ -75,12 +74,11 @@ public:
             return;
         }
         Keep(memory, GetSizeClass(size));
-        hasReturned_ = true;
     }
 
 private:
     struct FreeMemory {
-        FreeMemory* next;
+        void* next;
     };
     /// In front of memory that is served apart; all of it is linked in a ring.
     struct Apart {
@@ -209,7 +207,7 @@ private:
     char* runEnd_ = nullptr;  // room for more blocks up to here
     std::size_t blocks_ = 0;
     std::size_t kept_ = 0;  // bytes in free_
-    FreeMemory* free_[kSizeClasses] = {};
+    void* free_[kSizeClasses] = {};  // by class, each the first of a list of FreeMemory
     std::size_t blockSize_;
     std::size_t largest_;  // the largest request that a block serves
     Run* runs_ = nullptr;

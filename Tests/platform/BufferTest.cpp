@@ -175,10 +175,10 @@ TEST(BufferTest, AllocateInlineAlignsAsAsked) {
 /// A host's buffer, which shows its memory and counts how often it is asked.
 class AskedBuffer final : public Buffer {
 public:
-    explicit AskedBuffer(bool hasReturned) {
+    explicit AskedBuffer(void* const* returned) {
         cursor_ = memory_;
         end_ = memory_ + sizeof memory_;
-        hasReturned_ = hasReturned;
+        returned_ = returned;
     }
     void* Allocate(std::size_t, std::size_t) override {
         ++asked;
@@ -194,17 +194,20 @@ private:
     alignas(8) char memory_[64] = {};
 };
 
-TEST(BufferTest, ABufferThatShowsItsMemoryIsAskedUnlessItSaysThatNothingHasComeBack) {
-    AskedBuffer asked(true);
+TEST(BufferTest, ABufferThatShowsItsMemoryIsAskedUnlessItShowsWhatHasComeBack) {
+    AskedBuffer asked(nullptr);
     EXPECT_EQ(nullptr, asked.AllocateInline(16, 8));
     EXPECT_EQ(1, asked.asked);
-    AskedBuffer other(false);
+    void* returned[65] = {};
+    AskedBuffer other(returned);
     EXPECT_NE(nullptr, other.AllocateInline(9, 1));
     EXPECT_EQ(16U, other.BytesInUse());
+    returned[2] = returned;
+    EXPECT_EQ(nullptr, other.AllocateInline(16, 8)) << "of this size there is some";
     EXPECT_NE(nullptr, other.AllocateInline(48, 8));
-    EXPECT_EQ(0, other.asked);
-    EXPECT_EQ(nullptr, other.AllocateInline(1, 1)) << "nothing is left";
     EXPECT_EQ(1, other.asked);
+    EXPECT_EQ(nullptr, other.AllocateInline(1, 1)) << "nothing is left";
+    EXPECT_EQ(2, other.asked);
 }
 
 TEST(BufferTest, TheRestOfABlockServesLaterRequests) {

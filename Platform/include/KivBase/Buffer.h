@@ -30,13 +30,13 @@ public:
     /// Null is ignored. `size` and `alignment` must be those of the allocation.
     virtual void Free(void* memory, std::size_t size, std::size_t alignment) noexcept = 0;
 
-    /// Allocate, inlined where the buffer shows its free memory and says that nothing has come back to it.
+    /// Allocate, inlined where the buffer shows its free memory and that nothing of this size has come back to it.
     void* AllocateInline(std::size_t size, std::size_t alignment) {
-        if (!hasReturned_ && size - 1 < kLargestTake && alignment <= kTakeAlignment) {
-            const std::size_t taken = (size + kTakeAlignment - 1) / kTakeAlignment * kTakeAlignment;
-            if (taken <= static_cast<std::size_t>(end_ - cursor_)) {
+        if (returned_ != nullptr && size - 1 < kLargestTake && alignment <= kTakeAlignment) {
+            const std::size_t units = (size + kTakeAlignment - 1) / kTakeAlignment;
+            if (returned_[units] == nullptr && units * kTakeAlignment <= static_cast<std::size_t>(end_ - cursor_)) {
                 char* const memory = cursor_;
-                cursor_ = memory + taken;
+                cursor_ = memory + units * kTakeAlignment;
                 PrefetchForWriting(memory);
                 return memory;
             }
@@ -120,9 +120,9 @@ protected:
     // leaves both null, as a host's own may, is asked for every object by Allocate.
     char* cursor_ = nullptr;
     char* end_ = nullptr;
-    // Whether memory may have come back that is to be handed out again before that: then AllocateInline asks Allocate. A buffer
-    // that sets it to false is given back by Free what Allocate did not hand out, of a size that is rounded up to 8 bytes.
-    bool hasReturned_ = true;
+    // By size in units of 8 bytes, from 1 to 64, whether something has come back that Allocate would hand out again: null where
+    // not. A buffer that shows it is given back by Free what Allocate did not hand out, of as many units.
+    void* const* returned_ = nullptr;
 };
 
 /// Makes a buffer, owned by the caller, who deletes it.
