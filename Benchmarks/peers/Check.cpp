@@ -66,14 +66,13 @@ void CheckOwn(const Request& request, const Cells& cells, Verdict& verdict) {
     }
 }
 
-void CheckGrowth(const std::vector<Series>& growth, Verdict& verdict) {
-    for (const Series& series : growth) {
-        for (std::size_t i = 0; i < kOperationCount; ++i) {
-            const auto operation = static_cast<Operation>(i);
-            if (const std::optional<double> times = GetGrowth(series, operation)) {
-                verdict.Expect(std::string(series.name) + ", " + GetName(operation) + ", largest tree to smallest",
-                               times, kGrowthLimit);
-            }
+void CheckGrowth(const Series& series, Span span, Verdict& verdict) {
+    const std::string sizes =
+        std::to_string(series.sizes[span.larger]) + " to " + std::to_string(series.sizes[span.smaller]);
+    for (std::size_t i = 0; i < kOperationCount; ++i) {
+        const auto operation = static_cast<Operation>(i);
+        if (const std::optional<double> times = GetGrowth(series, span, operation)) {
+            verdict.Expect(std::string(series.name) + ", " + GetName(operation) + ", " + sizes, times, kGrowthLimit);
         }
     }
 }
@@ -84,7 +83,11 @@ bool Check(const Request& request, const Cells& cells, const std::vector<Series>
     Verdict verdict;
     CheckRatios(request, cells, verdict);
     CheckOwn(request, cells, verdict);
-    CheckGrowth(growth, verdict);
+    for (const Series& series : growth) {
+        for (const Span span : GetSpans(series)) {
+            CheckGrowth(series, span, verdict);
+        }
+    }
     return verdict.Finish();
 }
 

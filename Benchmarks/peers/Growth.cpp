@@ -1,5 +1,7 @@
 #include "Growth.h"
 
+#include <algorithm>
+
 #include "Tables.h"
 
 namespace Peers {
@@ -44,11 +46,21 @@ std::vector<Series> MeasureGrowth(const Request& request, const Progress& progre
     return all;
 }
 
-std::optional<double> GetGrowth(const Series& series, Operation operation) {
+std::vector<Span> GetSpans(const Series& series) {
+    const auto large =
+        static_cast<std::size_t>(std::find(series.sizes.begin(), series.sizes.end(), kLarge) - series.sizes.begin());
+    std::vector<Span> spans{{0, large}};
+    if (large + 1 < series.sizes.size()) {
+        spans.push_back({large, series.sizes.size() - 1});
+    }
+    return spans;
+}
+
+std::optional<double> GetGrowth(const Series& series, Span span, Operation operation) {
     constexpr double kClockSteps = 0.5;  // below that much of a nanosecond a node there is only the clock to see
     const auto index = static_cast<std::size_t>(operation);
-    const Figure& small = series.cells.front().front().figures[index];
-    const Figure& large = series.cells.back().front().figures[index];
+    const Figure& small = series.cells[span.smaller].front().figures[index];
+    const Figure& large = series.cells[span.larger].front().figures[index];
     if (!IsOfWholeTree(operation) || small.samples == 0 || large.samples == 0) {
         return std::nullopt;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
@@ -22,9 +23,19 @@ struct Series {
 std::vector<Series> MeasureGrowth(const Request& request, const Progress& progress,
                                   const std::function<void(const std::vector<Series>&)>& keep);
 
-/// How many times more a node of this library costs in the largest tree of the series than in the smallest; empty for
-/// operations that are not done or not done to a whole tree.
-std::optional<double> GetGrowth(const Series& series, Operation operation);
+/// Two sizes of a series, as places in it.
+struct Span {
+    std::size_t smaller;
+    std::size_t larger;
+};
+
+/// The sizes between which what a node costs is compared: 10,000 and 1,000,000, and, where there are more, 1,000,000 and the
+/// largest.
+std::vector<Span> GetSpans(const Series& series);
+
+/// How many times more a node of this library costs in the larger tree than in the smaller; empty for operations that are not done
+/// or not done to a whole tree.
+std::optional<double> GetGrowth(const Series& series, Span span, Operation operation);
 
 std::string MakeGrowthMarkdown(const Request& request, const std::vector<Series>& growth);
 
