@@ -69,9 +69,9 @@ public:
     /// Where the header of a map of this tag is, if it is known, or will be. Maps of a tag with as many children have one place;
     /// which others share it is left to chance.
     CachedHeader& Find(SemanticTag tag, const PackedBytes& start) noexcept {
-        constexpr std::uint32_t kMix = 0x9E3779B1;
-        const std::uint32_t mixed = (static_cast<std::uint32_t>(tag) << 8 ^ start.Peek()) * kMix;
-        return headers_[mixed >> (32 - kBits)];
+        constexpr std::uint64_t kMix = 0x9E3779B1;
+        const std::uint64_t mixed = (static_cast<std::uint32_t>(tag) * kMix >> (32 - kBits)) + start.Peek();
+        return headers_[mixed % (1U << kBits)];
     }
 
 private:

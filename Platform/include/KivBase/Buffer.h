@@ -32,7 +32,7 @@ public:
 
     /// Allocate, inlined where the buffer shows its free memory and that nothing of this size has come back to it.
     void* AllocateInline(std::size_t size, std::size_t alignment) {
-        if (returned_ != nullptr && size - 1 < kLargestTake && alignment <= kTakeAlignment) {
+        if (returned_ != nullptr && size != 0 && size <= kLargestTake && alignment <= kTakeAlignment) {
             const std::size_t units = (size + kTakeAlignment - 1) / kTakeAlignment;
             if (returned_[units] == nullptr && units * kTakeAlignment <= static_cast<std::size_t>(end_ - cursor_)) {
                 char* const memory = cursor_;
