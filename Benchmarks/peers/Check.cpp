@@ -66,7 +66,8 @@ void CheckOwn(const Request& request, const Cells& cells, Verdict& verdict) {
     }
 }
 
-void CheckGrowth(const Series& series, Span span, Verdict& verdict) {
+void CheckGrowth(const Series& series, Verdict& verdict) {
+    const Span span = GetComparedSizes(series);
     const std::string sizes =
         std::to_string(series.sizes[span.larger]) + " to " + std::to_string(series.sizes[span.smaller]);
     for (std::size_t i = 0; i < kOperationCount; ++i) {
@@ -84,9 +85,7 @@ bool Check(const Request& request, const Cells& cells, const std::vector<Series>
     CheckRatios(request, cells, verdict);
     CheckOwn(request, cells, verdict);
     for (const Series& series : growth) {
-        for (const Span span : GetSpans(series)) {
-            CheckGrowth(series, span, verdict);
-        }
+        CheckGrowth(series, verdict);
     }
     return verdict.Finish();
 }

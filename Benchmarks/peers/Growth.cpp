@@ -46,14 +46,11 @@ std::vector<Series> MeasureGrowth(const Request& request, const Progress& progre
     return all;
 }
 
-std::vector<Span> GetSpans(const Series& series) {
+Span GetComparedSizes(const Series& series) {
     const auto large =
         static_cast<std::size_t>(std::find(series.sizes.begin(), series.sizes.end(), kLarge) - series.sizes.begin());
-    std::vector<Span> spans{{0, large}};
-    if (large + 1 < series.sizes.size()) {
-        spans.push_back({large, series.sizes.size() - 1});
-    }
-    return spans;
+    const std::size_t last = series.sizes.size() - 1;
+    return large < last ? Span{large, last} : Span{0, large};
 }
 
 std::optional<double> GetGrowth(const Series& series, Span span, Operation operation) {

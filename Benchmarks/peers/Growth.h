@@ -29,9 +29,9 @@ struct Span {
     std::size_t larger;
 };
 
-/// The sizes between which what a node costs is compared: 10,000 and 1,000,000, and, where there are more, 1,000,000 and the
-/// largest.
-std::vector<Span> GetSpans(const Series& series);
+/// The sizes between which what a node costs is compared: 10,000 and 1,000,000 records, and 1,000,000 and 10,000,000 Integers. Of
+/// 10,000 Integers two trees fit into a processor's second-level cache: what they cost says how fast that is.
+Span GetComparedSizes(const Series& series);
 
 /// How many times more a node of this library costs in the larger tree than in the smaller; empty for operations that are not done
 /// or not done to a whole tree.
