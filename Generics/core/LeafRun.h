@@ -15,11 +15,7 @@ namespace KivGenerics {
 template <class T>
 class LeafRun {
 public:
-    /// How many leaves a run can have; 0 where Create has to be asked, which may refuse.
-    static std::size_t Count(const TreeImpl& tree) noexcept {
-        return tree.MayTake<T>() ? tree.GetBuffer()->template CountTakeable<T>() : 0;
-    }
-    /// The same, at most `wanted`.
+    /// How many leaves a run can have, at most `wanted`; 0 where Create has to be asked, which may refuse.
     static std::size_t Count(const TreeImpl& tree, std::size_t wanted) noexcept {
         return tree.MayTake<T>() ? tree.GetBuffer()->template CountTakeable<T>(wanted) : 0;
     }
